@@ -1,0 +1,163 @@
+// The intermediate file: one container format read and written by one class.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <map>
+
+class TYPE_PKG;
+struct TYPE;
+struct TYPE_INFO;
+struct SYMTAB;
+
+constexpr int icode_cpu_id = 400;
+constexpr int if_oldest_version = -86;
+constexpr int if_written_version = -73;
+constexpr int if_header_kind = 8;
+constexpr int if_end_kind = 255;
+
+// Record kinds that the container itself handles.
+enum : int {
+    IF_OPTION_SET = 111,
+    IF_SOURCE_NAME = 126,
+};
+
+// A source position. Positions are allocated on reading and never freed.
+struct PSN {
+    const char* file;
+    unsigned line;
+    unsigned column;
+};
+
+// The optimizer is the only client: plain member functions, defined in the driver.
+class IF_CLIENT {
+public:
+    bool cl_magic(int version, int target_id);
+    void cl_source(const char* text);
+    void cl_option_set(unsigned set_number, unsigned count, char** strings);
+};
+
+class I_FILE {
+public:
+    // Reader: null when the header is refused (wrong kind, magic, target or version).
+    static I_FILE* if_open(FILE* stream, IF_CLIENT* client);
+    // Writer of version -73; the header is written at once and again at close.
+    static I_FILE* if_create(FILE* stream, TYPE_PKG* types, const char* producer);
+
+    // Closes and deletes the object. A writer with keep false first writes the end
+    // marker and the tail sections. Returns 0 on success, 1 on a stream error.
+    int if_close(bool write_types, bool keep);
+
+    // The whole walk of an input file.
+    void if_read_file();
+    void if_read_options();
+    void if_read_option_set();
+    void if_read_file_names();
+    // Global symbols and initial data of the output.
+    void if_enter_global(SYMTAB* sym);
+    void if_write_init(SYMTAB* sym);
+    void if_enter_option_set(unsigned set_number, unsigned count, char** strings);
+
+    long if_tell();
+    void if_seek(long offset);
+    void if_flush();
+    void if_copy_raw(long offset, long length, FILE* target);
+    bool if_check_lengths();
+
+    // Primitives.
+    unsigned i_read_u8();
+    int i_read_s8();
+    bool i_read_bool();
+    unsigned i_read_u16();
+    int i_read_s16();
+    uint32_t i_read_u32();
+    int32_t i_read_s32();
+    uint32_t i_read_uint();
+    int32_t i_read_sint();
+    char* i_read_string(unsigned n);
+    void i_read_raw(void* buf, unsigned n);
+    PSN* i_read_psn();
+    // Reads a record frame; false at the end marker 255.
+    bool i_read_header(int& kind, uint32_t& size);
+    void i_read_skip(uint32_t n);
+
+    void i_write_i8(int v);
+    void i_write_bool(int v);
+    void i_write_i16(long v);
+    void i_write_i32(int64_t v);
+    void i_write_uint(uint32_t v);
+    void i_write_sint(int32_t v);
+    void i_write_string(const char* s, unsigned n);
+    void i_write_raw(const void* buf, unsigned n);
+    void i_write_psn(const PSN* psn);
+    void i_flush(int kind);
+    void i_write_eof();
+
+    unsigned i_enter_file_name(const char* name);
+    const char* i_get_file_name(unsigned index) const;
+    unsigned i_get_file_id(const char* name) const;
+
+    struct OPTION_SET {
+        unsigned set_number;
+        unsigned count;
+        char** strings;
+        OPTION_SET* next;
+    };
+
+    char* producer = nullptr;
+    FILE* stream = nullptr;
+    uint32_t base = 0;
+    uint32_t is_output = 0;
+    IF_CLIENT* client = nullptr;
+    int32_t version = 0;
+    uint32_t option_offset = 0;
+    uint32_t init_offset = 0;
+    uint32_t type_offset = 0;
+    uint32_t file_name_offset = 0;
+    uint32_t global_offset = 0;
+    TYPE_PKG* types = nullptr;
+    OPTION_SET* options = nullptr;
+    OPTION_SET* options_tail = nullptr;
+    std::map<unsigned, TYPE_INFO*> type_map;
+    char** file_names = nullptr;
+    unsigned file_count = 0;
+    unsigned file_capacity = 0;
+    uint32_t extra = 0;
+    int lex_level = 0;
+    SYMTAB** locals = nullptr;
+    unsigned local_capacity = 0;
+    unsigned local_count = 0;
+    SYMTAB** globals = nullptr;
+    unsigned global_capacity = 0;
+    unsigned global_count = 0;
+    unsigned char* wbuf = nullptr;
+    size_t wbuf_size = 0;
+    unsigned char* wptr = nullptr;
+
+private:
+    I_FILE() = default;
+    ~I_FILE();
+
+    // Reading bounds. The primitives themselves trust the file; these let a damaged
+    // file end the run with a message instead of looping on end of file.
+    long file_size = 0;   // bytes in the input stream
+    long record_end = 0;  // stream position where the last framed body ends
+    bool soft_eof = false; // end of file reads as 0 and sets hit_eof, no abort
+    bool hit_eof = false;
+
+    bool if_read_magic();
+    void if_dispatch_record(int kind, uint32_t size);
+    void if_read_source();
+    void i_end_record();
+    int i_getc();
+    int i_past_end();
+    long i_remaining();
+
+    void if_write_magic();
+    void if_write_all_options();
+    void if_write_all_types(bool write_types);
+    void if_write_all_files();
+    void if_write_all_globals();
+    void i_put(unsigned char byte);
+    void i_reserve(size_t n);
+};

@@ -1,0 +1,56 @@
+// The per-function record and the call graph's function lists.
+#pragma once
+
+#include <cstdint>
+
+struct SYMTAB;
+struct PSN;
+struct BBLK;
+struct LS;
+
+struct FUNINFO {
+    SYMTAB* symbol = nullptr;
+    char* name = nullptr;
+    PSN* psn = nullptr;
+    BBLK* bb_list = nullptr;
+    int bb_count = 0;
+    LS* scope = nullptr;
+    // The function's parameters and locals, linked through SYMTAB::next.
+    SYMTAB* symbols = nullptr;
+    uint32_t flags = 0;
+    // Set when the function's definition has been read.
+    bool defined = false;
+    FUNINFO* hash_next = nullptr;
+};
+
+// Flag bits the driver reads.
+enum : uint32_t {
+    FUN_NOT_WRITTEN_WITH_0X40 = 0x00000002,
+    FUN_MUST_BE_UNSUPPRESSED = 0x00000004,
+    FUN_NOT_WRITTEN = 0x00000040,
+    FUN_DROPPED = 0x00000800,
+    FUN_KEEP_SYMBOL = 0x40003a00,
+};
+
+struct FUNLIST {
+    FUNINFO* fun;
+    FUNLIST* next;
+};
+
+FUNLIST* mkFUNLIST(FUNINFO* fun, FUNLIST* next);
+
+// The call-graph result: its second word is the list of all functions in final order.
+struct CALL_GRAPH {
+    int unused;
+    FUNLIST* functions;
+};
+
+const char* skip_name_prefix(const char* name);
+FUNINFO* make_FUNINFO(const char* name);
+FUNINFO* find_FUNINFO(const char* name);
+bool function_is_defined(const FUNINFO* f);
+bool is_system_function(const char* name);
+// Forgets every record; for tests that build functions by hand.
+void clear_FUNINFO_table();
+// Clears the two SNMAPs and the SPMAP of a finished function.
+void clear_FUNINFO_maps(FUNINFO* f);

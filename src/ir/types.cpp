@@ -1,0 +1,4 @@
+#include "ir/types.h"
+
+TYPE_PKG* tp;
+int TYPE_PKG::abi;

@@ -1,0 +1,10 @@
+// The machine description: target queries, rules and builtin descriptors.
+#pragma once
+
+struct BIF;
+
+void init_target();
+void init_BIF_descriptors();
+void parse_md_file(bool for_build);
+// The descriptor of a builtin function, or null.
+BIF* find_BIF_descriptor(const char* name);
