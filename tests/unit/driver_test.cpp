@@ -296,3 +296,71 @@ TEST_F(DriverState, AliasMarkingPlaceholderMarksEveryAddressTakenSymbol) {
 TEST(Placeholders, NoBuiltinHasADescriptor) {
     EXPECT_EQ(find_BIF_descriptor("__builtin_expect"), nullptr);
 }
+
+namespace {
+
+std::string read_file(const std::string& path) {
+    std::string text;
+    if (FILE* f = fopen(path.c_str(), "r")) {
+        char buf[4096];
+        size_t n;
+        while ((n = fread(buf, 1, sizeof buf, f)) > 0)
+            text.append(buf, n);
+        fclose(f);
+    }
+    return text;
+}
+
+} // namespace
+
+TEST_F(DriverState, EveryStepIsBracketedAndMeasuredInTheLog) {
+    const std::string dir = ::testing::TempDir();
+    const std::string log = dir + "steps.odb";
+    fdebug = fopen(log.c_str(), "w");
+    print_debug = 1;
+    pass* p = new pass("measured", [] { static std::vector<char> keep(1 << 16); });
+    p->run();
+    fclose(fdebug);
+    fdebug = nullptr;
+    print_debug = 0;
+
+    const std::string text = read_file(log);
+    const std::string n = std::to_string(p->serial());
+    EXPECT_NE(text.find("\n\n\t\t\t---------- ENTERING step " + n + " 'measured' ----------\n"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("sec for pass.)\n"), std::string::npos) << text;
+    EXPECT_NE(text.find(" net bytes allocated.)\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("\n\n\n\t\t\t---------- EXITING step " + n + " 'measured' ----------\n"),
+              std::string::npos)
+        << text;
+}
+
+TEST_F(DriverState, SplitLogsGiveEachFunctionItsOwnFileUntilItsTrailer) {
+    const std::string dir = ::testing::TempDir();
+    snprintf(i_file_name, sizeof i_file_name, "%sunit.if", dir.c_str());
+    const std::string main_log = dir + "unit.odb";
+    fdebug = fopen(main_log.c_str(), "w");
+    print_debug = 1;
+    process_debug_option("debug", "split_odb");
+
+    SYMTAB* f = make_function("split_fn", 0);
+    functions = {f};
+    steps_table[f] = {new pass("in own log", [] {}), new pass("trailer", step_pass_2_trailer)};
+    FILE* before = fdebug;
+    run_step_rounds();
+    EXPECT_EQ(fdebug, before);
+
+    process_debug_option("debug", "split_odb=0");
+    fclose(fdebug);
+    fdebug = nullptr;
+    print_debug = 0;
+
+    const std::string own = read_file(dir + "unit.split_fn.odb");
+    EXPECT_NE(own.find("'in own log'"), std::string::npos) << own;
+    const std::string main_text = read_file(main_log);
+    EXPECT_NE(main_text.find(">>>> SWITCHING LOG TO " + dir + "unit.split_fn.odb\n"),
+              std::string::npos)
+        << main_text;
+    EXPECT_EQ(main_text.find("'in own log'"), std::string::npos) << main_text;
+}
