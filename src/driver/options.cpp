@@ -217,6 +217,8 @@ void open_files(int argc, char** argv) {
     }
     snprintf(o_file_name, sizeof o_file_name, "%s", out_name.c_str());
     o_file = I_FILE::if_create(out, tp, i_file->producer);
+    // The header's last word is the parser's; it passes through unchanged.
+    o_file->extra = i_file->extra;
     for (const ICODE_OPTION_SET& set : icode_optionlist)
         o_file->if_enter_option_set(set.set_number, set.count, set.strings);
 

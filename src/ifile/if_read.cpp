@@ -166,9 +166,8 @@ void I_FILE::if_read_source() {
 static bool is_stream_kind(int kind) {
     static const struct {
         int low, high;
-    } legal[] = {{1, 6},     {33, 36},   {38, 38},   {42, 43},   {45, 47},
-                 {58, 60},   {62, 64},   {91, 91},   {93, 94},   {101, 101},
-                 {108, 108}, {116, 116}, {123, 126}};
+    } legal[] = {{1, 6},   {33, 36}, {38, 38},   {42, 43},   {45, 47},   {58, 60},  {62, 64},
+                 {91, 91}, {93, 94}, {101, 101}, {108, 108}, {116, 116}, {123, 126}};
     for (const auto& range : legal)
         if (kind >= range.low && kind <= range.high)
             return true;

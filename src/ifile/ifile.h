@@ -140,8 +140,8 @@ private:
 
     // Reading bounds. The primitives themselves trust the file; these let a damaged
     // file end the run with a message instead of looping on end of file.
-    long file_size = 0;   // bytes in the input stream
-    long record_end = 0;  // stream position where the last framed body ends
+    long file_size = 0;    // bytes in the input stream
+    long record_end = 0;   // stream position where the last framed body ends
     bool soft_eof = false; // end of file reads as 0 and sets hit_eof, no abort
     bool hit_eof = false;
 
