@@ -4,6 +4,7 @@
 Usage: mkif.py OUT [--version N] [--target N] [--magic TEXT] [--first-byte N]
                    [--option-set "N:opt1 opt2 ..."]... [--file-name NAME]...
                    [--producer TEXT] [--truncate N] [--record KIND:HEXBYTES]...
+                   [--raw HEXBYTES]
 """
 import argparse
 import struct
@@ -48,13 +49,14 @@ def main():
     p.add_argument("--option-set", action="append", default=[])
     p.add_argument("--file-name", action="append", default=[])
     p.add_argument("--record", action="append", default=[])
+    p.add_argument("--raw", default="", help="hex bytes put in the main stream as they are")
     p.add_argument("--truncate", type=int)
     args = p.parse_args()
 
     # The header has a fixed length, so it is sized with zero offsets first.
     size = len(header(args, [0] * 5))
     stream = b"".join(record(int(k), bytes.fromhex(h))
-                      for k, h in (r.split(":", 1) for r in args.record)) + b"\xff"
+                      for k, h in (r.split(":", 1) for r in args.record)) + bytes.fromhex(args.raw) + b"\xff"
     offsets = [0] * 5  # options, initializers, types, file names, globals
     tail = b""
     pos = size + len(stream)
