@@ -3,8 +3,8 @@
 // good one.
 #include "driver/diag.h"
 
-#include <cstdarg>
 #include <csignal>
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <string>

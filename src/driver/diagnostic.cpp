@@ -71,9 +71,13 @@ const char* const severity_words[] = {
 // The column of the current output line, for wrapping. Every message starts a
 // new line.
 unsigned column;
+char last_char = '\n';
 
 void put(FILE* out, const std::string& text) {
+    if (text.empty())
+        return;
     fputs(text.c_str(), out);
+    last_char = text.back();
     const size_t newline = text.rfind('\n');
     column = newline == std::string::npos ? column + text.size() : text.size() - newline - 1;
 }
@@ -229,6 +233,7 @@ bool DIAGNOSTIC::print_header() {
     fflush(stdout);
     fflush(stderr);
     column = 0;
+    last_char = '\n';
 
     std::string header(indent_m, ' ');
     if (display_ipos_m || is_internal())
@@ -236,20 +241,17 @@ bool DIAGNOSTIC::print_header() {
     if (has_where_)
         header += format_str("%s: ", sp_buffer_.c_str());
     if (display_code_m)
-        header += format_str("%s%s #%u%s: ", is_internal() ? "internal " : "", sev_str(sev),
-                             code(), is_discretionary() ? "-D" : "");
+        header += format_str("%s%s #%u%s: ", is_internal() ? "internal " : "", sev_str(sev), code(),
+                             is_discretionary() ? "-D" : "");
     else
         header += format_str("%s: ", sev_str(sev));
 
-    // Unwrapped, the header stays whole on its line however long it is.
+    // Unless asked to wrap, the header stays whole on its line however long it is.
     if (wrap_enabled_m && wrap_headers_m) {
-        std::string words = header.substr(indent_m);
         put(fp(), header.substr(0, indent_m));
-        if (!words.empty() && words.back() == ' ')
-            words.pop_back();
-        print_formatted(words.c_str(), 0);
-        // The text goes on the header's last line.
-        fseek(fp(), 0, SEEK_CUR);
+        put_words(fp(), header.c_str() + indent_m, 0);
+        // The text follows on the header's last line.
+        put(fp(), " ");
         return true;
     }
     put(fp(), header);
@@ -265,24 +267,27 @@ void DIAGNOSTIC::print(const char* format, ...) {
 }
 
 void DIAGNOSTIC::print_formatted(const char* text, unsigned wrap_indent) {
-    FILE* out = fp();
-    if (!wrap_enabled_m) {
-        put(out, text);
-        put(out, "\n");
-        return;
+    if (wrap_enabled_m) {
+        put_words(fp(), text, wrap_indent);
+    } else {
+        put(fp(), text);
     }
+    put(fp(), "\n");
+}
+
+void DIAGNOSTIC::put_words(FILE* out, const char* text, unsigned wrap_indent) {
     const unsigned diag_cols = cols_m;
     const unsigned indent = indent_m;
     OPTASSERT(diag_cols > (indent + wrap_indent));
     const std::string margin(indent + wrap_indent, ' ');
 
     // Breaks only between words; a word too long for any line overflows it.
+    // The first word stays where the caller left off, next to the header.
     const char* p = text;
-    bool line_start = true;
+    bool first = true;
     while (*p) {
         if (*p == '\n') {
             put(out, "\n" + margin);
-            line_start = true;
             p++;
             continue;
         }
@@ -293,16 +298,15 @@ void DIAGNOSTIC::print_formatted(const char* text, unsigned wrap_indent) {
         const size_t length = strcspn(p, " \n");
         const std::string word(p, length);
         p += length;
-        const size_t separator = line_start || column == 0 ? 0 : 1;
-        if (column + separator + length > diag_cols && column > margin.size()) {
+        const size_t separator = column == 0 || last_char == ' ' ? 0 : 1;
+        if (!first && column + separator + length > diag_cols && column > margin.size()) {
             put(out, "\n" + margin);
         } else if (separator) {
             put(out, " ");
         }
         put(out, word);
-        line_start = false;
+        first = false;
     }
-    put(out, "\n");
 }
 
 void DIAGNOSTIC::show_annotated_source(const char* source_line, unsigned column_number) {
@@ -400,25 +404,14 @@ std::string USER_MSG::make_msg_str(const char* format, va_list args) {
     }
 }
 
-namespace {
-
-template <class D>
-void send(const DIAG_SRCINFO* where, const char* format, va_list args, DIAG_INFO* info = nullptr) {
-    D msg(__FILE__, __LINE__, info ? info : D::get_info(0u));
-    msg.set_srcinfo(where).set_text(USER_MSG::make_msg_str(format, args));
-    msg.report();
-}
-
-} // namespace
-
-#define ONDREL_SEND(CLASS, WHERE, LAST)                                                          \
-    do {                                                                                         \
-        va_list args;                                                                            \
-        va_start(args, LAST);                                                                    \
-        CLASS msg(__FILE__, __LINE__);                                                           \
-        msg.set_srcinfo(WHERE).set_text(make_msg_str(LAST, args));                               \
-        va_end(args);                                                                            \
-        msg.report();                                                                            \
+#define ONDREL_SEND(CLASS, WHERE, LAST)                                                            \
+    do {                                                                                           \
+        va_list args;                                                                              \
+        va_start(args, LAST);                                                                      \
+        CLASS msg(__FILE__, __LINE__);                                                             \
+        msg.set_srcinfo(WHERE).set_text(make_msg_str(LAST, args));                                 \
+        va_end(args);                                                                              \
+        msg.report();                                                                              \
     } while (0)
 
 void USER_MSG::debug(const char* format, ...) { ONDREL_SEND(DIAG::gdebug, nullptr, format); }
@@ -437,9 +430,7 @@ void USER_MSG::error(const char* format, ...) { ONDREL_SEND(DIAG::gerror, nullpt
 void USER_MSG::error(const DIAG_SRCINFO* where, const char* format, ...) {
     ONDREL_SEND(DIAG::gerror, where, format);
 }
-void USER_MSG::apperror(const char* format, ...) {
-    ONDREL_SEND(DIAG::gapperror, nullptr, format);
-}
+void USER_MSG::apperror(const char* format, ...) { ONDREL_SEND(DIAG::gapperror, nullptr, format); }
 void USER_MSG::fatal(const char* format, ...) {
     ONDREL_SEND(DIAG::gfatal, nullptr, format);
     opt_exit(1);

@@ -121,6 +121,9 @@ public:
     // Back to the table as built, with all overrides undone.
     static void reset_table();
 
+    // The line of source and a caret under the column, counted from 1.
+    void show_annotated_source(const char* source_line, unsigned column);
+
     // Class-wide settings.
     static unsigned indent_m;
     static bool wrap_enabled_m;
@@ -141,8 +144,10 @@ protected:
     // Returns false, printing nothing, when the severity is not shown.
     bool print_header();
     void print(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    // Prints the text and a newline, wrapped at cols_m when wrapping is on;
+    // continuation lines start at indent_m + wrap_indent.
     void print_formatted(const char* text, unsigned wrap_indent);
-    void show_annotated_source(const char* source_line, unsigned column);
+    void put_words(FILE* out, const char* text, unsigned wrap_indent);
     void flush();
     // The common body of report: header, text, flush.
     bool emit();
@@ -159,13 +164,13 @@ protected:
 
 namespace DIAG {
 
-#define ONDREL_DIAG_CLASS(NAME, CODE)                                                            \
-    class NAME : public DIAGNOSTIC {                                                             \
-    public:                                                                                      \
-        NAME(const char* file, unsigned line, DIAG_INFO* info = get_info(CODE))                  \
-            : DIAGNOSTIC(info, file, line) {}                                                    \
-        DIAGNOSTIC* alloc() const override { return new NAME(*this); }                           \
-        void report() override;                                                                  \
+#define ONDREL_DIAG_CLASS(NAME, CODE)                                                              \
+    class NAME : public DIAGNOSTIC {                                                               \
+    public:                                                                                        \
+        NAME(const char* file, unsigned line, DIAG_INFO* info = get_info(CODE))                    \
+            : DIAGNOSTIC(info, file, line) {}                                                      \
+        DIAGNOSTIC* alloc() const override { return new NAME(*this); }                             \
+        void report() override;                                                                    \
     };
 
 ONDREL_DIAG_CLASS(gdebug, DIAG_CODE_DEBUG)

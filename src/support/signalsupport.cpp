@@ -21,8 +21,8 @@ namespace {
 signal_cleanup_fn cleanup_callback;
 char extra_text[2048];
 
-const int handled_signals[] = {SIGILL, SIGABRT, SIGFPE,  SIGSEGV, SIGTERM, SIGINT,
-                               SIGHUP, SIGTRAP, SIGBUS,  SIGSYS,  SIGXCPU, SIGXFSZ};
+const int handled_signals[] = {SIGILL, SIGABRT, SIGFPE, SIGSEGV, SIGTERM, SIGINT,
+                               SIGHUP, SIGTRAP, SIGBUS, SIGSYS,  SIGXCPU, SIGXFSZ};
 
 // Arguments can come from a broken state; the low addresses are never valid
 // strings.
