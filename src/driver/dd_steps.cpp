@@ -98,7 +98,8 @@ void run_dd_step(const dd_step& step) {
     }
 
     trees_are_normalized = false;
-    rewrite_all_statements([](NODE* t) { return simp_tree(denormalize_tree(t), nullptr, nullptr); });
+    rewrite_all_statements(
+        [](NODE* t) { return simp_tree(denormalize_tree(t), nullptr, nullptr); });
     put_back_arg_prolog(prolog);
     if (full) {
         widen_user_variables();
@@ -115,7 +116,9 @@ void ssa_around(void (*f)(), int c) {
 void work_forward_substitution() { build_loop_hierarchy(1, 0, 1, 1); }
 void work_ssa_hoist() { ssa_around(hoist_SSA_region_constants, 1); }
 void work_ssa_nasserts() { ssa_around(clone_SSA_NASSERTs, 0); }
-void work_ssa_propagate() { ssa_around([] { propagate_SSA_constants(3); }, 0); }
+void work_ssa_propagate() {
+    ssa_around([] { propagate_SSA_constants(3); }, 0);
+}
 void work_ssa_deadasg() { ssa_around(eliminate_dead_SSA_assignments, 0); }
 void work_ssa_reg_promote() { promote_vars_to_registers(0); }
 void work_loop_assertions() { find_loop_assertions(0); }
@@ -140,7 +143,9 @@ void work_old_simd() {
 }
 void work_unroll_for_sp() { unroll_loops_for_SP(current_loops(), 0, 0); }
 void work_alias_advice() { report_ambiguous_aliases(current_loops()); }
-void work_ssa_propagate_vector() { ssa_around([] { propagate_SSA_constants(3); }, 1); }
+void work_ssa_propagate_vector() {
+    ssa_around([] { propagate_SSA_constants(3); }, 1);
+}
 void work_ssa_reg_promote_with_simpcfg() {
     promote_vars_to_registers(0);
     reinsert_loop_pragmas();
@@ -180,8 +185,7 @@ constexpr dd_step dd_steps[] = {
     {"DIVs_by_ICONs", frame::full, false, transform_DIVs_by_ICONs},
     {"SSA_propagate_vector", frame::full, false, work_ssa_propagate_vector},
     {"SSA_deadasg", frame::short_alias, false, work_ssa_deadasg},
-    {"SSA_reg_promote_with_simpcfg", frame::short_alias, false,
-     work_ssa_reg_promote_with_simpcfg},
+    {"SSA_reg_promote_with_simpcfg", frame::short_alias, false, work_ssa_reg_promote_with_simpcfg},
 };
 constexpr int dd_step_count = sizeof dd_steps / sizeof dd_steps[0];
 static_assert(dd_step_count == 28, "the loop part is steps 20 to 47");

@@ -42,8 +42,9 @@ void log_function_header() {
         open_debug_file(1, currfunc->name);
     dump_function_header();
     if (write_opt_info)
-        fprintf(finfo,
-                "\n==============================================================================\n");
+        fprintf(
+            finfo,
+            "\n==============================================================================\n");
     dump_FUNINFO(currfuninfo, nullptr);
     if ((currfuninfo->flags & FUN_MUST_BE_UNSUPPRESSED) && print_debug && opt_level() > 2)
         dprintf("\n!!! %s() (%s) must be unsuppressed !!!\n\n", currfunc->name, currfuninfo->name);

@@ -26,8 +26,8 @@ struct option_def {
     const char* help;
 };
 
-constexpr choice opt_level_choices[] = {{"0", VAL_OPT_0},   {"1", VAL_OPT_1}, {"2", VAL_OPT_2},
-                                        {"3", VAL_OPT_3},   {"4", VAL_OPT_4}, {"off", VAL_OPT_OFF},
+constexpr choice opt_level_choices[] = {{"0", VAL_OPT_0}, {"1", VAL_OPT_1}, {"2", VAL_OPT_2},
+                                        {"3", VAL_OPT_3}, {"4", VAL_OPT_4}, {"off", VAL_OPT_OFF},
                                         {nullptr, 0}};
 constexpr choice speed_choices[] = {{"0", VAL_SPEED_0}, {"1", VAL_SPEED_1}, {"2", VAL_SPEED_2},
                                     {"3", VAL_SPEED_3}, {"4", VAL_SPEED_4}, {"5", VAL_SPEED_5},
@@ -36,23 +36,19 @@ constexpr choice code_state_choices[] = {
     {"32", VAL_CODE_STATE_32}, {"16", VAL_CODE_STATE_16}, {nullptr, 0}};
 constexpr choice endian_choices[] = {
     {"big", VAL_BIG_ENDIAN}, {"little", VAL_LITTLE_ENDIAN}, {nullptr, 0}};
-constexpr choice float_choices[] = {{"none", VAL_FLOAT_NONE},
-                                    {"vfpv2", VAL_FLOAT_VFPV2},
-                                    {"vfpv3", VAL_FLOAT_VFPV3},
-                                    {"vfpv3d16", VAL_FLOAT_VFPV3_D16},
-                                    {"default", VAL_FLOAT_DEFAULT},
-                                    {nullptr, 0}};
+constexpr choice float_choices[] = {
+    {"none", VAL_FLOAT_NONE},          {"vfpv2", VAL_FLOAT_VFPV2},     {"vfpv3", VAL_FLOAT_VFPV3},
+    {"vfpv3d16", VAL_FLOAT_VFPV3_D16}, {"default", VAL_FLOAT_DEFAULT}, {nullptr, 0}};
 constexpr choice on_off_strict_fp[] = {
     {"on", VAL_STRICT_FP_ON}, {"off", VAL_STRICT_FP_OFF}, {nullptr, 0}};
 constexpr choice fp_mode_choices[] = {
     {"strict", VAL_FP_STRICT}, {"relaxed", VAL_FP_RELAXED}, {nullptr, 0}};
 constexpr choice saturating_choices[] = {
     {"strict", VAL_SAT_STRICT}, {"associative", VAL_SAT_ASSOCIATIVE}, {nullptr, 0}};
-constexpr choice cpu_choices[] = {{"v4", VAL_CPU_V4},     {"v5", VAL_CPU_V5},
-                                  {"v6", VAL_CPU_V6},     {"v6k", VAL_CPU_V6K},
-                                  {"v6t2", VAL_CPU_V6T2}, {"v7a", VAL_CPU_V7A},
-                                  {"v7r", VAL_CPU_V7R},   {"v7m", VAL_CPU_V7M},
-                                  {nullptr, 0}};
+constexpr choice cpu_choices[] = {
+    {"v4", VAL_CPU_V4},   {"v5", VAL_CPU_V5},     {"v6", VAL_CPU_V6},
+    {"v6k", VAL_CPU_V6K}, {"v6t2", VAL_CPU_V6T2}, {"v7a", VAL_CPU_V7A},
+    {"v7r", VAL_CPU_V7R}, {"v7m", VAL_CPU_V7M},   {nullptr, 0}};
 constexpr choice vectorize_choices[] = {
     {"on", VAL_VECTORIZE_ON}, {"off", VAL_VECTORIZE_OFF}, {nullptr, 0}};
 
@@ -72,8 +68,7 @@ constexpr option_def option_defs[] = {
     {OPT_INFO_LEVEL, "info_level", arg_kind::number, nullptr,
      "write the information file (.nfo) at this level; needs -O3 or a log"},
     {OPT_INFO_FILE, "info_file", arg_kind::string, nullptr, "name of the information file"},
-    {OPT_AUTO_INLINE, "auto_inline", arg_kind::number, nullptr,
-     "size limit of automatic inlining"},
+    {OPT_AUTO_INLINE, "auto_inline", arg_kind::number, nullptr, "size limit of automatic inlining"},
     {OPT_CPU, "cpu", arg_kind::choice, cpu_choices,
      "target processor: v4, v5, v6, v6k, v6t2, v7a, v7r, v7m"},
     {OPT_CODE_STATE, "code_state", arg_kind::choice, code_state_choices,
@@ -95,8 +90,7 @@ constexpr option_def option_defs[] = {
     {OPT_ABI, "abi", arg_kind::number, nullptr, "ABI of the input (1: 64-bit aligned long long)"},
     {OPT_IGNORE_FILE_OPTIONS, "ignore_file_options", arg_kind::flag, nullptr,
      "ignore the option sets stored in the input"},
-    {OPT_ALIAS_VARS, "alias_vars", arg_kind::flag, nullptr,
-     "assume any variable may be aliased"},
+    {OPT_ALIAS_VARS, "alias_vars", arg_kind::flag, nullptr, "assume any variable may be aliased"},
     {OPT_AUX, "aux", arg_kind::list, nullptr, "auxiliary debug flags (digits)"},
     {OPT_BIG_ENDIAN, "big_endian", arg_kind::flag, nullptr, "memory is big-endian"},
     {OPT_ENDIAN, "endian", arg_kind::choice, endian_choices, "memory byte order: big or little"},
@@ -118,8 +112,7 @@ constexpr option_def option_defs[] = {
     {OPT_ARGS_IN_REGS, "args_in_regs", arg_kind::flag, nullptr, "pass arguments in registers"},
     {OPT_REMOVE_HOOKS, "remove_hooks", arg_kind::flag, nullptr,
      "remove entry and exit hooks of inlined functions"},
-    {OPT_INLINE_SINGLE, "inline_single", arg_kind::flag, nullptr,
-     "inline functions called once"},
+    {OPT_INLINE_SINGLE, "inline_single", arg_kind::flag, nullptr, "inline functions called once"},
     {OPT_SYS_FUNINFO_MIN, "sys_funinfo_min", arg_kind::flag, nullptr,
      "keep only the basic facts of system functions"},
     {OPT_SYS_FUNINFO, "sys_funinfo", arg_kind::flag, nullptr,

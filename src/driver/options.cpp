@@ -29,7 +29,7 @@ int cache_sys_funinfo, code_is_reentrant, unsigned_index_wraps, chars_alias_othe
     program_mode, max_unrolled_loop_size;
 unsigned char aux_cmd_flag[10];
 int float_support, cpu_version = 7, remove_hooks_when_inlining, decode_mangle_scheme,
-    inhibit_clustering, do_MDF_vectorization;
+                   inhibit_clustering, do_MDF_vectorization;
 int no_outside_callers, no_outside_writers, default_o3_auto_inline;
 
 namespace {
@@ -162,8 +162,8 @@ void open_files(int argc, char** argv) {
     if_type_init(tp, i_file);
 
     const bool debug_on = file_options->is_set(OPT_DEBUG_LEVEL);
-    if (debug_on && (!file_options->is_set(OPT_INFO_LEVEL) ||
-                     file_options->getnumarg(OPT_INFO_LEVEL) == 0))
+    if (debug_on &&
+        (!file_options->is_set(OPT_INFO_LEVEL) || file_options->getnumarg(OPT_INFO_LEVEL) == 0))
         file_options->setopt(OPT_INFO_LEVEL, 1);
     if (file_options->is_set(OPT_SIZE_SPEED)) {
         const long goal = file_options->getnumarg(OPT_SIZE_SPEED);
@@ -182,7 +182,8 @@ void open_files(int argc, char** argv) {
         opt_exit(1);
     }
 
-    const long level = file_options->is_set(OPT_OPT_LEVEL) ? file_options->getnumarg(OPT_OPT_LEVEL) : 0;
+    const long level =
+        file_options->is_set(OPT_OPT_LEVEL) ? file_options->getnumarg(OPT_OPT_LEVEL) : 0;
     if (!(level == VAL_OPT_3 || level == VAL_OPT_4 || debug_on))
         file_options->clearopt(OPT_INFO_LEVEL);
     if (file_options->is_set(OPT_INFO_LEVEL) && file_options->getnumarg(OPT_INFO_LEVEL) != 0) {
@@ -211,8 +212,8 @@ void open_files(int argc, char** argv) {
 
     FILE* out = fopen(out_name.c_str(), "wb");
     if (!out) {
-        fprintf(stderr, "\n>> Cannot Open Output icode File, %s : %s, Aborting\n",
-                out_name.c_str(), strerror(errno));
+        fprintf(stderr, "\n>> Cannot Open Output icode File, %s : %s, Aborting\n", out_name.c_str(),
+                strerror(errno));
         opt_exit(1);
     }
     snprintf(o_file_name, sizeof o_file_name, "%s", out_name.c_str());
@@ -314,15 +315,23 @@ namespace {
 
 int cpu_version_of(long value) {
     switch (value) {
-    case VAL_CPU_V4: return 0;
-    case VAL_CPU_V5: return 5;
+    case VAL_CPU_V4:
+        return 0;
+    case VAL_CPU_V5:
+        return 5;
     case VAL_CPU_V6:
-    case VAL_CPU_V6K: return 6;
-    case VAL_CPU_V6T2: return 78;
-    case VAL_CPU_V7A: return 73;
-    case VAL_CPU_V7R: return 734;
-    case VAL_CPU_V7M: return 74;
-    default: return 7;
+    case VAL_CPU_V6K:
+        return 6;
+    case VAL_CPU_V6T2:
+        return 78;
+    case VAL_CPU_V7A:
+        return 73;
+    case VAL_CPU_V7R:
+        return 734;
+    case VAL_CPU_V7M:
+        return 74;
+    default:
+        return 7;
     }
 }
 
@@ -339,7 +348,9 @@ void set_global_flags(option_obj* options) {
                 decode_mangle_scheme = 1;
             }
             break;
-        case OPT_ALIAS_VARS: alias_vars = 1; break;
+        case OPT_ALIAS_VARS:
+            alias_vars = 1;
+            break;
         case OPT_AUX:
             for (int i = 0; i < options->getargcount(id); i++) {
                 const char* s = options->getstrarg(id, i);
@@ -347,8 +358,12 @@ void set_global_flags(option_obj* options) {
                     aux_cmd_flag[s[0] - '0'] = 1;
             }
             break;
-        case OPT_BIG_ENDIAN: memory_is_big_endian = 1; break;
-        case OPT_PROGRAM_MODE: program_mode = int(value); break;
+        case OPT_BIG_ENDIAN:
+            memory_is_big_endian = 1;
+            break;
+        case OPT_PROGRAM_MODE:
+            program_mode = int(value);
+            break;
         case OPT_DEBUG_SWITCHES:
         case OPT_DISABLE_SWITCHES:
         case OPT_ENABLE_SWITCHES: {
@@ -359,10 +374,18 @@ void set_global_flags(option_obj* options) {
                 process_debug_option(kind, options->getstrarg(id, i));
             break;
         }
-        case OPT_GDL: dump_ocg_in_GDL = 1; break;
-        case OPT_DWIM_LOOPS: dwim_loops = 1; break;
-        case OPT_ENDIAN: memory_is_big_endian = value == VAL_BIG_ENDIAN; break;
-        case OPT_FAR_EXTERNS: far_externs = 1; break;
+        case OPT_GDL:
+            dump_ocg_in_GDL = 1;
+            break;
+        case OPT_DWIM_LOOPS:
+            dwim_loops = 1;
+            break;
+        case OPT_ENDIAN:
+            memory_is_big_endian = value == VAL_BIG_ENDIAN;
+            break;
+        case OPT_FAR_EXTERNS:
+            far_externs = 1;
+            break;
         case OPT_FLOAT_SUPPORT:
             if (value != VAL_FLOAT_DEFAULT)
                 float_support = int(value);
@@ -373,41 +396,76 @@ void set_global_flags(option_obj* options) {
             else if (value == VAL_STRICT_FP_OFF)
                 strict_fp = 0;
             break;
-        case OPT_KR: kr_flag = 1; break;
-        case OPT_MAX_UNROLL: max_unrolled_loop_size = int(value); break;
-        case OPT_NEON: arm_neon = 1; break;
-        case OPT_DWIM: dwim_aliases = dwim_loops = 1; break;
-        case OPT_NOT_REENTRANT: code_is_reentrant = 0; break;
+        case OPT_KR:
+            kr_flag = 1;
+            break;
+        case OPT_MAX_UNROLL:
+            max_unrolled_loop_size = int(value);
+            break;
+        case OPT_NEON:
+            arm_neon = 1;
+            break;
+        case OPT_DWIM:
+            dwim_aliases = dwim_loops = 1;
+            break;
+        case OPT_NOT_REENTRANT:
+            code_is_reentrant = 0;
+            break;
         case OPT_OPT_LEVEL:
             if (value < VAL_OPT_0 || value > VAL_OPT_OFF) {
                 fprintf(stderr, "--opt_level given invalid value: %ld\n", value);
                 abort_optimizer();
             }
             break;
-        case OPT_SOURCE_INTERLIST: source_interlist = 1; break;
-        case OPT_ARGS_IN_REGS: pass_args_in_regs = 1; break;
-        case OPT_REMOVE_HOOKS: remove_hooks_when_inlining = 1; break;
+        case OPT_SOURCE_INTERLIST:
+            source_interlist = 1;
+            break;
+        case OPT_ARGS_IN_REGS:
+            pass_args_in_regs = 1;
+            break;
+        case OPT_REMOVE_HOOKS:
+            remove_hooks_when_inlining = 1;
+            break;
         case OPT_CPU:
             cpu_version = cpu_version_of(value);
             if (tp)
                 tp->cpu_version = cpu_version;
             break;
-        case OPT_INLINE_SINGLE: inline_single = 1; break;
+        case OPT_INLINE_SINGLE:
+            inline_single = 1;
+            break;
         case OPT_SIZE_SPEED:
             if (value < VAL_SPEED_5 || value > VAL_SPEED_1) {
                 fprintf(stderr, "--size_speed_goal given invalid value:  %ld\n", value);
                 abort_optimizer();
             }
             break;
-        case OPT_SYS_FUNINFO_MIN: cache_sys_funinfo = 1; break;
-        case OPT_SYS_FUNINFO: cache_sys_funinfo = 2; break;
-        case OPT_NO_SYS_FUNINFO: cache_sys_funinfo = 0; break;
-        case OPT_UNSIGNED_OK_FOR_RPTB: unsigned_ok_for_RPTB = 1; break;
-        case OPT_OLD_CONST_POINTER: old_const_pointer_behavior = 1; break;
-        case OPT_G2: use_g2 = 1; break;
-        case OPT_NO_G2: use_g2 = 0; break;
-        case OPT_VOLATILE_VARS: volit_vars = 1; break;
-        default: break;
+        case OPT_SYS_FUNINFO_MIN:
+            cache_sys_funinfo = 1;
+            break;
+        case OPT_SYS_FUNINFO:
+            cache_sys_funinfo = 2;
+            break;
+        case OPT_NO_SYS_FUNINFO:
+            cache_sys_funinfo = 0;
+            break;
+        case OPT_UNSIGNED_OK_FOR_RPTB:
+            unsigned_ok_for_RPTB = 1;
+            break;
+        case OPT_OLD_CONST_POINTER:
+            old_const_pointer_behavior = 1;
+            break;
+        case OPT_G2:
+            use_g2 = 1;
+            break;
+        case OPT_NO_G2:
+            use_g2 = 0;
+            break;
+        case OPT_VOLATILE_VARS:
+            volit_vars = 1;
+            break;
+        default:
+            break;
         }
     }
 
@@ -442,11 +500,16 @@ int opt_level() {
         return 1;
     switch (o.getnumarg(OPT_OPT_LEVEL)) {
     case VAL_OPT_0:
-    case VAL_OPT_OFF: return 0;
-    case VAL_OPT_2: return 2;
-    case VAL_OPT_3: return 3;
-    case VAL_OPT_4: return 4;
-    default: return 1;
+    case VAL_OPT_OFF:
+        return 0;
+    case VAL_OPT_2:
+        return 2;
+    case VAL_OPT_3:
+        return 3;
+    case VAL_OPT_4:
+        return 4;
+    default:
+        return 1;
     }
 }
 
@@ -455,12 +518,18 @@ int size_speed_goal() {
     if (!o.is_set(OPT_SIZE_SPEED))
         return 4;
     switch (o.getnumarg(OPT_SIZE_SPEED)) {
-    case VAL_SPEED_5: return 5;
-    case VAL_SPEED_0: return 0;
-    case VAL_SPEED_3: return 3;
-    case VAL_SPEED_2: return 2;
-    case VAL_SPEED_1: return 1;
-    default: return 4;
+    case VAL_SPEED_5:
+        return 5;
+    case VAL_SPEED_0:
+        return 0;
+    case VAL_SPEED_3:
+        return 3;
+    case VAL_SPEED_2:
+        return 2;
+    case VAL_SPEED_1:
+        return 1;
+    default:
+        return 4;
     }
 }
 
@@ -473,10 +542,13 @@ int auto_inline() {
     if (!o.is_set(OPT_OPT_LEVEL))
         return 0;
     switch (o.getnumarg(OPT_OPT_LEVEL)) {
-    case VAL_OPT_2: return 20;
+    case VAL_OPT_2:
+        return 20;
     case VAL_OPT_3:
-    case VAL_OPT_4: return default_o3_auto_inline;
-    default: return 0;
+    case VAL_OPT_4:
+        return default_o3_auto_inline;
+    default:
+        return 0;
     }
 }
 

@@ -142,12 +142,9 @@ void record(const char* what) {
 
 TEST_F(DriverState, RoundsStopAtBarriersWhichRunOnceWithoutAFunction) {
     std::vector<pass*> list = {
-        new pass("A", [] { record("A"); }),
-        new barrier_pass("B", [] { record("B"); }),
-        new pass("C", [] { record("C"); }),
-        new pass("D", [] { record("D"); }),
-        new barrier_pass("E", [] { record("E"); }),
-        new pass("F", [] { record("F"); }),
+        new pass("A", [] { record("A"); }),         new barrier_pass("B", [] { record("B"); }),
+        new pass("C", [] { record("C"); }),         new pass("D", [] { record("D"); }),
+        new barrier_pass("E", [] { record("E"); }), new pass("F", [] { record("F"); }),
     };
     SYMTAB* f = make_function("f", 0);
     SYMTAB* g = make_function("g", 1);
@@ -157,8 +154,8 @@ TEST_F(DriverState, RoundsStopAtBarriersWhichRunOnceWithoutAFunction) {
 
     trace.clear();
     run_step_rounds();
-    const std::vector<std::string> expected = {"A(f)", "A(g)", "B",    "C(f)", "D(f)",
-                                               "C(g)", "D(g)", "E",    "F(f)", "F(g)"};
+    const std::vector<std::string> expected = {"A(f)", "A(g)", "B", "C(f)", "D(f)",
+                                               "C(g)", "D(g)", "E", "F(f)", "F(g)"};
     EXPECT_EQ(trace, expected);
     EXPECT_TRUE(steps_table[f].empty());
     EXPECT_TRUE(steps_table[g].empty());

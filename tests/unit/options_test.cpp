@@ -44,9 +44,8 @@ TEST_F(Options, DefaultsWhenNothingIsSet) {
 }
 
 TEST_F(Options, OptLevelValues) {
-    const std::pair<const char*, int> cases[] = {{"O0", 0},           {"O1", 1},
-                                                 {"O2", 2},           {"O3", 3},
-                                                 {"-opt_level=4", 4}, {"-opt_level=off", 0}};
+    const std::pair<const char*, int> cases[] = {
+        {"O0", 0}, {"O1", 1}, {"O2", 2}, {"O3", 3}, {"-opt_level=4", 4}, {"-opt_level=off", 0}};
     for (auto [text, level] : cases) {
         file.clearopt(OPT_OPT_LEVEL);
         parse(file, text);
