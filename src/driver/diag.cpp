@@ -116,10 +116,12 @@ void compiler_error(const char* routine, const char* details_format, ...) {
     abort_optimizer();
 }
 
-// The type package knows no routine or function worth naming beyond its own
-// text, and abort_optimizer already puts that text on standard error: a
-// second copy would only repeat it.
-void tp_die(const char* text) { abort_optimizer(text); }
+// The type code's own fatal message; like every exit 1 it drops the output.
+void tp_die(const char* text) {
+    fflush(stdout);
+    fprintf(stderr, "TP>> internal error: %s\n", text);
+    opt_exit(1);
+}
 
 namespace {
 

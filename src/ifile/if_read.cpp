@@ -136,8 +136,9 @@ void I_FILE::if_read_file_names() {
 
 void I_FILE::if_read_file() {
     if_read_file_names();
-    // The type, global symbol and initializer sections are read here, so that
-    // the main stream may refer to all of them.
+    if_read_type_defs();
+    // The global symbol and initializer sections are read here, so that the
+    // main stream may refer to all of them.
     int kind;
     uint32_t size;
     while (i_read_header(kind, size))

@@ -93,12 +93,6 @@ void I_FILE::if_write_all_options() {
     i_write_eof();
 }
 
-void I_FILE::if_write_all_types([[maybe_unused]] bool write_types) {
-    type_offset = static_cast<uint32_t>(if_tell());
-    // The type records of the package go here, ahead of the end marker.
-    i_write_eof();
-}
-
 void I_FILE::if_write_all_files() {
     if (file_count == 0) {
         file_name_offset = 0;

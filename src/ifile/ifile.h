@@ -7,7 +7,6 @@
 
 class TYPE_PKG;
 struct TYPE;
-struct TYPE_INFO;
 struct SYMTAB;
 
 constexpr int icode_cpu_id = 400;
@@ -27,6 +26,16 @@ struct PSN {
     const char* file;
     unsigned line;
     unsigned column;
+};
+
+// What the type reader knows of one type id of the file: the type, and the
+// element lists its record announced that have not been read to their end.
+struct TYPE_INFO {
+    TYPE* type = nullptr;
+    unsigned char open = 0;   // lists announced and not yet ended
+    uint16_t announced = 0;   // one bit per list number
+    uint16_t seen = 0;        // lists whose header has been read
+    signed char current = -1; // the list between its header and trailer, or -1
 };
 
 // The optimizer is the only client: plain member functions, defined in the driver.
@@ -57,6 +66,20 @@ public:
     void if_enter_global(SYMTAB* sym);
     void if_write_init(SYMTAB* sym);
     void if_enter_option_set(unsigned set_number, unsigned count, char** strings);
+
+    // Types. The type section is read before anything that refers to a type;
+    // an unknown id is fatal ("invalid forward reference").
+    void if_read_type_defs();
+    void if_read_type(uint32_t size);
+    TYPE* find_typeref(uint32_t id);
+    // Reads a type id and looks it up; 0 gives null.
+    TYPE* i_read_typeref();
+    // Writes the id of t's merge representative, marking it for the type section.
+    void i_write_typeref(TYPE* t);
+    void if_reference_type(TYPE* t);
+    void if_mark_global_types();
+    // Merges each type read with an equal one of an earlier translation unit.
+    void if_merge_type_defs();
 
     long if_tell();
     void if_seek(long offset);
@@ -118,7 +141,7 @@ public:
     TYPE_PKG* types = nullptr;
     OPTION_SET* options = nullptr;
     OPTION_SET* options_tail = nullptr;
-    std::map<unsigned, TYPE_INFO*> type_map;
+    std::map<unsigned, TYPE_INFO> type_map;
     char** file_names = nullptr;
     unsigned file_count = 0;
     unsigned file_capacity = 0;
@@ -152,6 +175,40 @@ private:
     int i_getc();
     int i_past_end();
     long i_remaining();
+
+    // The type record readers, one per record code (if_type.cpp).
+    void i_check_type_record();
+    TYPE_INFO& type_info_for(uint32_t id);
+    TYPE_PKG* type_package();
+    void enter_type(uint32_t id, TYPE* t, uint16_t lists);
+    void if_read_void_type(uint32_t id);
+    void if_read_integral_type(uint32_t id, int code);
+    void if_read_float_type(uint32_t id, int code);
+    void if_read_fixedpoint_type(uint32_t id);
+    void if_read_complex_type(uint32_t id);
+    void if_read_typedef(uint32_t id);
+    void if_read_ref_type(uint32_t id);
+    void if_read_addr_type(uint32_t id);
+    void if_read_qual_type(uint32_t id);
+    void if_read_array_type(uint32_t id);
+    void if_read_ptm_type(uint32_t id);
+    void if_read_func_type(uint32_t id);
+    void if_read_enum_type(uint32_t id);
+    void if_read_csu_short(uint32_t id, bool long_form);
+    void if_read_list_header(uint32_t id);
+    void if_read_list_trailer(uint32_t id);
+    void if_read_param_elem(uint32_t id);
+    void if_read_etor_elem(uint32_t id);
+    void if_read_mdata_elem(uint32_t id);
+    void if_read_bclass_elem(uint32_t id);
+    void if_read_adecl_elem(uint32_t id);
+    void if_read_ffriend_elem(uint32_t id);
+    void if_read_cfriend_elem(uint32_t id);
+    void if_read_ntype_elem(uint32_t id);
+    void if_read_sdata_elem(uint32_t id);
+    void if_read_mfunc_elem(uint32_t id);
+    bool if_read_type_is_cpp(const char* name);
+    TYPE* i_elem_owner(uint32_t id, int list);
 
     void if_write_magic();
     void if_write_all_options();

@@ -20,6 +20,12 @@ struct FUNINFO {
     uint32_t flags = 0;
     // Set when the function's definition has been read.
     bool defined = false;
+    // No call in the body; cleared by every call node made for it.
+    bool is_leaf = true;
+    // The body names a `cregister` symbol.
+    bool uses_cregister = false;
+    // A member access of the body reaches a bit field.
+    bool has_bitfield_work = false;
     FUNINFO* hash_next = nullptr;
 };
 

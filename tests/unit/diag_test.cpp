@@ -176,7 +176,7 @@ TEST_F(DiagFatal, CompilerErrorLine) {
 
 TEST_F(DiagFatal, TypeCodeFailureText) {
     EXPECT_EXIT(tp_die("bad type record"), ExitedWithCode(1),
-                Exactly("\n>>>> Optimizer terminated abnormally\n\n>>>> bad type record.\n"));
+                Exactly("TP>> internal error: bad type record\n"));
     EXPECT_FALSE(file_exists(output));
 }
 

@@ -434,12 +434,11 @@ TEST_F(IFileWriter, HeaderAndEmptySections) {
 
     HEADER h;
     h.producer = "p";
-    h.offsets[2] = small_header_size + 1; // types: right behind the main stream's 255
-    h.offsets[4] = small_header_size + 2; // globals
+    h.offsets[4] = small_header_size + 1; // globals: right behind the main stream's 255
     Bytes expected = header_bytes(h);
     ASSERT_EQ(expected.size(), small_header_size);
-    expected.insert(expected.end(), {255, 255, 255});
-    // No option sets and no file names: those sections are absent, offset 0.
+    expected.insert(expected.end(), {255, 255});
+    // No option sets, types or file names: those sections are absent, offset 0.
     EXPECT_EQ(read_file(path), expected);
 }
 
