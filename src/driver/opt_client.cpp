@@ -15,3 +15,6 @@ void IF_CLIENT::cl_option_set(unsigned set_number, unsigned count, char** string
         copy[i] = strdup(strings[i]);
     icode_optionlist.push_back({set_number, count, copy});
 }
+
+// Types of one file need no merging here.
+void IF_CLIENT::cl_merge_type_defs() {}

@@ -45,7 +45,7 @@ I_FILE::~I_FILE() {
         delete set;
         set = next;
     }
-    // The entries belong to the type reader, which releases them before this.
+    // The entries are values; clearing releases them.
     type_map.clear();
     free(locals);
     free(globals);

@@ -1,6 +1,7 @@
 // Opening an input file, its option and file-name sections and the main walk.
 #include "ifile/if_impl.h"
 #include "ifile/ifile.h"
+#include "ir/node.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -18,6 +19,7 @@ I_FILE* I_FILE::if_open(FILE* stream, IF_CLIENT* client) {
         delete file;
         return nullptr;
     }
+    if_node_table_init();
     if (client)
         client->cl_source(file->producer);
     file->if_read_options();
@@ -137,6 +139,8 @@ void I_FILE::if_read_file_names() {
 void I_FILE::if_read_file() {
     if_read_file_names();
     if_read_type_defs();
+    if (client)
+        client->cl_merge_type_defs();
     // The global symbol and initializer sections are read here, so that the
     // main stream may refer to all of them.
     int kind;
@@ -150,6 +154,9 @@ void I_FILE::if_dispatch_record(int kind, uint32_t size) {
     switch (kind) {
     case IF_SOURCE_NAME:
         if_read_source();
+        break;
+    case IF_TYPE:
+        if_read_type(size);
         break;
     default:
         i_read_skip(size);

@@ -18,8 +18,6 @@ using namespace ifile_impl;
 
 namespace {
 
-constexpr int IF_TYPE = 116;
-
 // Record codes.
 enum : int {
     TC_FLOAT = 10, // 10 to 12: float, double, long double

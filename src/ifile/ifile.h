@@ -18,6 +18,7 @@ constexpr int if_end_kind = 255;
 // Record kinds that the container itself handles.
 enum : int {
     IF_OPTION_SET = 111,
+    IF_TYPE = 116,
     IF_SOURCE_NAME = 126,
 };
 
@@ -44,6 +45,7 @@ public:
     bool cl_magic(int version, int target_id);
     void cl_source(const char* text);
     void cl_option_set(unsigned set_number, unsigned count, char** strings);
+    void cl_merge_type_defs();
 };
 
 class I_FILE {
