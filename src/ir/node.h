@@ -321,3 +321,9 @@ NODEPAIRLIST* mk_nodepairlist(NODE* a, NODE* b, NODEPAIRLIST* next);
 NODE* nl_left_child(const NODELIST* l);
 NODE* list_left_child(const LIST* l);
 NODE* pair_left_child(const NODEPAIRLIST* l);
+
+// x = x op y becomes x op= y (also x = y op x for a commuting op); the old
+// operator node is freed. opASG_to_ASG is the inverse; a target with side
+// effects is left alone, since it would be evaluated twice.
+NODE* ASG_to_opASG(NODE* t);
+NODE* opASG_to_ASG(NODE* t);

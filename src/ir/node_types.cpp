@@ -94,3 +94,83 @@ NODE* mk_MINUS(NODE* a, NODE* b) {
 bool type_is_volatile(TYPE* t) { return t && (t->qual_kind() & 2); }
 bool type_is_float(TYPE* t) { return t && t->is_fltpt(); }
 bool symbol_is_volatile(const SYMTAB* sym) { return sym->type && (sym->type->qual_kind(true) & 2); }
+
+namespace {
+
+// The assigning operator whose plain operator is `op`, or NONE.
+int opASG_of_op(int op) {
+    for (int a = 0; a < number_of_opcodes; a++)
+        if (op_of_opASG[a] == op)
+            return a;
+    return NONE;
+}
+
+bool op_has_assigning_form(int op) {
+    switch (op) {
+    case PLUS:
+    case MINUS:
+    case MULT:
+    case ANDB:
+    case ORB:
+    case XORB:
+    case DIV:
+    case MOD:
+    case SLL:
+    case SRL:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+NODE* ASG_to_opASG(NODE* t) {
+    if (!t || t->op != ASG || !t->right)
+        return t;
+    NODE* value = t->right;
+    if (!op_has_assigning_form(value->op) || !value->left || !value->right)
+        return t;
+    if (!trees_are_congruent(t->left, value->left, 0)) {
+        if (commute_inv[value->op] != value->op || !trees_are_congruent(t->left, value->right, 0))
+            return t;
+        std::swap(value->left, value->right);
+    }
+    t->op = opASG_of_op(value->op);
+    t->right = value->right;
+    value->right = nullptr;
+    erase_tree(value);
+    return t;
+}
+
+NODE* opASG_to_ASG(NODE* t) {
+    if (!t || t->op >= ERASED_OP || op_of_opASG[t->op] == NONE)
+        return t;
+    NODE* target = t->left;
+    if (target->op == DDNODE)
+        return t;
+    // The target would be evaluated twice.
+    if (tree_has_side_effects(target) && !type_is_volatile(target->type))
+        return t;
+    const int base = op_of_opASG[t->op];
+    const bool shift = base == SLL || base == SRL;
+    TYPE* target_type = target->type;
+    NODE* operand = t->right;
+    const bool plain_integer = target_type->is_integral() || target_type->is_enum();
+    if (!plain_integer) {
+        TYPE* want = nullptr;
+        if (base == ANDB || base == ORB || base == XORB || base == MOD)
+            want = promoted_type(target_type);
+        else if (shift)
+            want = tp->mk_int(TYPE::ik_int);
+        if (want && operand->type != want)
+            operand = maketree(SCONV, operand, nullptr, want, operand->scope);
+    }
+    if (operand->op == ICON)
+        operand->type = promoted_type(target_type);
+    NODE* copy = copy_tree(target, true);
+    TYPE* result = shift ? promoted_type(target_type) : combined_type(copy, operand);
+    t->op = ASG;
+    t->right = maketree(base, copy, operand, result, t->scope);
+    return t;
+}

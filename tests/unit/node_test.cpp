@@ -374,3 +374,48 @@ TEST(TypedTrees, ParameterPrologs) {
     erase_tree(prolog);
     erase_tree(not_prolog);
 }
+
+TEST(TypedTrees, AssigningOperatorsConvertBothWays) {
+    SYMTAB* x = symbol("x");
+    SYMTAB* y = symbol("y");
+    // x = x - y  <->  x -= y
+    NODE* t = mk_ASG(mk_NAME(x, nullptr), maketree(MINUS, mk_NAME(x, nullptr), mk_NAME(y, nullptr),
+                                                   int_type(), nullptr));
+    t = ASG_to_opASG(t);
+    EXPECT_EQ(t->op, MINUSASG);
+    EXPECT_EQ(t->right->op, NAME);
+    EXPECT_EQ(t->right->sym, y);
+    t = opASG_to_ASG(t);
+    EXPECT_EQ(t->op, ASG);
+    ASSERT_EQ(t->right->op, MINUS);
+    EXPECT_EQ(t->right->left->sym, x);
+    EXPECT_EQ(t->right->right->sym, y);
+    erase_tree(t);
+
+    // x = y + x: PLUS commutes, so the operands are swapped first.
+    NODE* c = mk_ASG(mk_NAME(x, nullptr),
+                     maketree(PLUS, mk_NAME(y, nullptr), mk_NAME(x, nullptr), int_type(), nullptr));
+    c = ASG_to_opASG(c);
+    EXPECT_EQ(c->op, PLUSASG);
+    EXPECT_EQ(c->right->sym, y);
+    erase_tree(c);
+
+    // x = y - x does not commute.
+    NODE* n = mk_ASG(mk_NAME(x, nullptr), maketree(MINUS, mk_NAME(y, nullptr), mk_NAME(x, nullptr),
+                                                   int_type(), nullptr));
+    EXPECT_EQ(ASG_to_opASG(n)->op, ASG);
+    erase_tree(n);
+}
+
+TEST(TypedTrees, AssigningThroughASideEffectStaysAsItIs) {
+    SYMTAB* p = symbol("p");
+    p->type = tp->mk_ptr(int_type());
+    // *p++ += 1 would evaluate p++ twice.
+    NODE* target = maketree(
+        UMULT,
+        maketree(PLUSPLUS, mk_NAME(p, nullptr), mk_ICON(INT65(4), int_type()), p->type, nullptr),
+        nullptr, int_type(), nullptr);
+    NODE* t = maketree(PLUSASG, target, mk_ICON(INT65(1), int_type()), int_type(), nullptr);
+    EXPECT_EQ(opASG_to_ASG(t)->op, PLUSASG);
+    erase_tree(t);
+}
