@@ -100,7 +100,13 @@ void copy_owned_payload(NODE* n) {
         n->sym = copy_fval(n->fcon_value());
     if ((n->op == ICALL || n->op == UICALL || n->op == MCALL || n->op == UMCALL) && n->sym)
         n->sym = strdup(n->icall_name());
-    if ((n->op == SCON || n->op == ASM) && n->text)
+    if (n->op == SCON && n->text) {
+        // Counted, so that embedded NULs survive.
+        const char* bytes = n->text;
+        n->text = nullptr;
+        n->mk_scon(bytes, n->value.low);
+    }
+    if (n->op == ASM && n->text)
         n->text = strdup(n->text);
     if (n->op == PPRAGMA && n->pragma) {
         const PRAGMA* p = n->pragma;
@@ -456,3 +462,21 @@ NODEPAIRLIST* mk_nodepairlist(NODE* a, NODE* b, NODEPAIRLIST* next) {
 NODE* nl_left_child(const NODELIST* l) { return l ? l->node : nullptr; }
 NODE* list_left_child(const LIST* l) { return l ? l->tree : nullptr; }
 NODE* pair_left_child(const NODEPAIRLIST* l) { return l ? l->left : nullptr; }
+
+void NODE::mk_scon(const char* bytes, uint32_t length) {
+    text = static_cast<char*>(malloc(length + 1));
+    if (length)
+        memcpy(text, bytes, length);
+    text[length] = '\0';
+    value = INT65::from_unsigned(length);
+}
+
+void NODE::mk_lcon(const char* digits) {
+    const bool negative = *digits == '-';
+    if (negative)
+        digits++;
+    INT65 v;
+    for (; *digits >= '0' && *digits <= '9'; digits++)
+        v = v * INT65(10) + INT65(*digits - '0');
+    value = negative ? -v : v;
+}

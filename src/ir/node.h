@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "support/int65.h"
 
@@ -216,6 +217,29 @@ struct NODE {
     void mk_ucall(int id);
     void mk_icall(const char* name);
     void mk_field(int kind, fkMDATA* member, TYPE* csu);
+
+    // The operator-specific fields of the file form.
+    int field_kind() const { return 1; }
+    fkMDATA* field_mval() const { return mval; }
+    TYPE* field_csu() const { return static_cast<TYPE*>(sym); }
+    uint32_t icon_uvalue() const { return value.low; }
+    int32_t icon_svalue() const { return static_cast<int32_t>(value.low); }
+    const char* scon_value() const { return text; }
+    uint32_t scon_length() const { return value.low; }
+    int vreg_id() const { return 0; }
+    uint32_t switch_value() const { return value.low; }
+    int eh_entry_id() const { return call_id; }
+    uint32_t get_edge_profile_value() const { return edge_profile; }
+    void set_edge_profile_value(uint32_t count) { edge_profile = count; }
+    // The decimal text of an LCON, in long or unsigned long by the node's sign.
+    std::string lcon_value() const;
+
+    void mk_vreg(int) {}
+    void mk_ddnode(unsigned, unsigned, int) {}
+    void mk_switch(uint32_t n) { value = INT65::from_unsigned(n); }
+    // Counted: embedded NULs survive.
+    void mk_scon(const char* bytes, uint32_t length);
+    void mk_lcon(const char* digits);
 };
 
 // A node with every field at its initial value.

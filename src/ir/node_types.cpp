@@ -174,3 +174,9 @@ NODE* opASG_to_ASG(NODE* t) {
     t->right = maketree(base, copy, operand, result, t->scope);
     return t;
 }
+
+std::string NODE::lcon_value() const {
+    // The value as the 64-bit long or unsigned long the node's type names.
+    const bool is_signed = type && type->is_signed();
+    return is_signed ? std::to_string(value.to_int64()) : std::to_string(value.to_uint64());
+}

@@ -419,3 +419,43 @@ TEST(TypedTrees, AssigningThroughASideEffectStaysAsItIs) {
     EXPECT_EQ(opASG_to_ASG(t)->op, PLUSASG);
     erase_tree(t);
 }
+
+TEST(TypedTrees, TextConstantsKeepTheirValues) {
+    NODE* big = new_node(LCON, tp->mk_int(TYPE::ik_llong));
+    big->mk_lcon("-9223372036854775808");
+    EXPECT_EQ(big->value, INT65(static_cast<long long>(INT64_MIN)));
+    EXPECT_EQ(big->lcon_value(), "-9223372036854775808");
+    NODE* ubig = new_node(LCON, tp->mk_int(TYPE::ik_ullong));
+    ubig->mk_lcon("18446744073709551615");
+    EXPECT_EQ(ubig->value, INT65::from_unsigned(UINT64_MAX));
+    EXPECT_EQ(ubig->lcon_value(), "18446744073709551615");
+    NODE* none = new_node(LCON, tp->mk_int(TYPE::ik_llong));
+    none->mk_lcon("x");
+    EXPECT_TRUE(none->value.is_zero());
+
+    NODE* scon = new_node(SCON, nullptr);
+    scon->mk_scon("a\0b", 3);
+    NODE* copy = copy_tree(scon, false);
+    EXPECT_EQ(copy->scon_length(), 3u);
+    EXPECT_EQ(memcmp(copy->scon_value(), "a\0b", 3), 0);
+    EXPECT_TRUE(trees_are_congruent(scon, copy, 0));
+    copy->text[2] = 'c';
+    EXPECT_FALSE(trees_are_congruent(scon, copy, 0));
+    NODE* empty = new_node(SCON, nullptr);
+    empty->mk_scon("", 0);
+    EXPECT_NE(empty->scon_value(), nullptr);
+    for (NODE* n : {big, ubig, none, scon, copy, empty})
+        erase_tree(n);
+}
+
+TEST(TypedTrees, IconValuesFollowTheSignOfTheirType) {
+    NODE* s = new_node(ICON, int_type());
+    s->mk_icon(-1);
+    EXPECT_EQ(s->value, INT65(-1));
+    NODE* u = new_node(ICON, tp->mk_int(TYPE::ik_uint));
+    u->mk_icon(0xFFFFFFFFll);
+    EXPECT_EQ(u->value, INT65(0, 0xFFFFFFFFll));
+    EXPECT_EQ(u->icon_uvalue(), 0xFFFFFFFFu);
+    erase_tree(s);
+    erase_tree(u);
+}
