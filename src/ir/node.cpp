@@ -480,3 +480,67 @@ void NODE::mk_lcon(const char* digits) {
         v = v * INT65(10) + INT65(*digits - '0');
     value = negative ? -v : v;
 }
+
+namespace {
+
+bool is_static_storage(const SYMTAB* s) {
+    // Definitions, file statics and external declarations have fixed addresses.
+    return s && (s->sclass == 2 || s->sclass == 3 || s->sclass == 5);
+}
+
+const NODE* skip_pointer_conversions(const NODE* t) {
+    while (t && (t->op == PCONV || t->op == ISP2CHAR))
+        t = t->left;
+    return t;
+}
+
+} // namespace
+
+bool pointer_is_an_adcon(const NODE* t) {
+    t = skip_pointer_conversions(t);
+    if (!t)
+        return false;
+    if (t->op == UAND)
+        return t->left && t->left->op == NAME && is_static_storage(t->left->name_symbol());
+    if (t->op == PLUS || t->op == MINUS) {
+        if (t->right && t->right->op == ICON)
+            return pointer_is_an_adcon(t->left);
+        if (t->op == PLUS && t->left && t->left->op == ICON)
+            return pointer_is_an_adcon(t->right);
+    }
+    return false;
+}
+
+INT65 total_pointer_offset_value(const NODE* t) {
+    t = skip_pointer_conversions(t);
+    if (!t)
+        return INT65();
+    if (t->op == PLUS && t->right && t->right->op == ICON)
+        return total_pointer_offset_value(t->left) + t->right->value;
+    if (t->op == PLUS && t->left && t->left->op == ICON)
+        return t->left->value + total_pointer_offset_value(t->right);
+    if (t->op == MINUS && t->right && t->right->op == ICON)
+        return total_pointer_offset_value(t->left) - t->right->value;
+    return INT65();
+}
+
+bool expr_is_globally_evaluable(const NODE* t) {
+    if (!t)
+        return true;
+    switch (t->op) {
+    case ICON:
+    case LCON:
+    case FCON:
+    case SCON:
+        return true;
+    case UAND:
+        return pointer_is_an_adcon(t);
+    case NAME:
+        return false;
+    default:
+        if (side_effects[t->op] != SE_NONE || number_of_operands[t->op] == NONE ||
+            number_of_operands[t->op] == 0)
+            return false;
+        return expr_is_globally_evaluable(t->left) && expr_is_globally_evaluable(t->right);
+    }
+}

@@ -351,3 +351,10 @@ NODE* pair_left_child(const NODEPAIRLIST* l);
 // effects is left alone, since it would be evaluated twice.
 NODE* ASG_to_opASG(NODE* t);
 NODE* opASG_to_ASG(NODE* t);
+
+// Address constants: the address of an object of static storage, converted or
+// offset by constants; and the sum of those constant offsets.
+bool pointer_is_an_adcon(const NODE* t);
+INT65 total_pointer_offset_value(const NODE* t);
+// Whether the value can be computed before the program runs.
+bool expr_is_globally_evaluable(const NODE* t);

@@ -459,3 +459,27 @@ TEST(TypedTrees, IconValuesFollowTheSignOfTheirType) {
     erase_tree(s);
     erase_tree(u);
 }
+
+TEST(TypedTrees, AddressConstants) {
+    SYMTAB* g = symbol("g");
+    g->sclass = 2;
+    SYMTAB* local = symbol("l");
+    local->sclass = 1;
+    TYPE* p = tp->mk_ptr(int_type());
+    // (&g + 8) - 4
+    NODE* adcon = maketree(MINUS,
+                           maketree(PLUS, maketree(UAND, mk_NAME(g, nullptr), nullptr, p, nullptr),
+                                    mk_ICON(INT65(8), int_type()), p, nullptr),
+                           mk_ICON(INT65(4), int_type()), p, nullptr);
+    EXPECT_TRUE(pointer_is_an_adcon(adcon));
+    EXPECT_EQ(total_pointer_offset_value(adcon), INT65(4));
+    EXPECT_TRUE(expr_is_globally_evaluable(adcon));
+    NODE* of_local = maketree(UAND, mk_NAME(local, nullptr), nullptr, p, nullptr);
+    EXPECT_FALSE(pointer_is_an_adcon(of_local));
+    EXPECT_FALSE(expr_is_globally_evaluable(of_local));
+    NODE* read =
+        maketree(PLUS, mk_NAME(g, nullptr), mk_ICON(INT65(1), int_type()), int_type(), nullptr);
+    EXPECT_FALSE(expr_is_globally_evaluable(read));
+    for (NODE* t : {adcon, of_local, read})
+        erase_tree(t);
+}
