@@ -16,34 +16,14 @@
 #include <vector>
 
 #include "driver/options.h"
+#include "file_bytes.h"
 #include "ifile/ifile.h"
 
 namespace {
 
-using Bytes = std::vector<uint8_t>;
-
 const char* const invalid_record_message = "\nINTERNAL ERROR: Invalid I-code record, aborting\n";
 
-// The encodings written out by hand, so that reader tests do not rest on the writer.
-void put_u16(Bytes& b, unsigned v) {
-    b.push_back(v & 0xFF);
-    b.push_back((v >> 8) & 0xFF);
-}
-
-void put_u32(Bytes& b, uint32_t v) {
-    for (int i = 0; i < 4; i++)
-        b.push_back((v >> (8 * i)) & 0xFF);
-}
-
-void put_uleb(Bytes& b, uint32_t v) {
-    do {
-        uint8_t byte = v & 0x7F;
-        v >>= 7;
-        b.push_back(v ? byte | 0x80 : byte);
-    } while (v);
-}
-
-void put_str(Bytes& b, const char* s) { b.insert(b.end(), s, s + strlen(s) + 1); }
+using namespace file_bytes;
 
 void put_record(Bytes& b, int kind, const Bytes& body) {
     b.push_back(kind);

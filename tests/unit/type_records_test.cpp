@@ -13,47 +13,17 @@
 #include <unistd.h>
 #include <vector>
 
+#include "file_bytes.h"
 #include "ifile/ifile.h"
 #include "ir/types.h"
 
 namespace {
 
-using Bytes = std::vector<uint8_t>;
 using testing::ExitedWithCode;
 
 // ---- Building files by hand ----------------------------------------------
 
-void put_u16(Bytes& b, unsigned v) {
-    b.push_back(v & 0xFF);
-    b.push_back((v >> 8) & 0xFF);
-}
-
-void put_u32(Bytes& b, uint32_t v) {
-    for (int i = 0; i < 4; i++)
-        b.push_back((v >> (8 * i)) & 0xFF);
-}
-
-void put_uleb(Bytes& b, uint32_t v) {
-    do {
-        uint8_t byte = v & 0x7F;
-        v >>= 7;
-        b.push_back(v ? byte | 0x80 : byte);
-    } while (v);
-}
-
-void put_sleb(Bytes& b, int32_t v) {
-    for (;;) {
-        uint8_t byte = v & 0x7F;
-        v >>= 7;
-        if ((v == 0 && !(byte & 0x40)) || (v == -1 && (byte & 0x40))) {
-            b.push_back(byte);
-            return;
-        }
-        b.push_back(byte | 0x80);
-    }
-}
-
-void put_str(Bytes& b, const char* s) { b.insert(b.end(), s, s + strlen(s) + 1); }
+using namespace file_bytes;
 
 // One type record's body, field by field.
 struct REC {
