@@ -8,6 +8,7 @@
 class TYPE_PKG;
 struct TYPE;
 struct SYMTAB;
+struct NODE;
 
 constexpr int icode_cpu_id = 400;
 constexpr int if_oldest_version = -86;
@@ -19,6 +20,8 @@ constexpr int if_end_kind = 255;
 enum : int {
     IF_OPTION_SET = 111,
     IF_TYPE = 116,
+    IF_EXPR_STMT = 46,
+    IF_EXPR_NODE = 101,
     IF_SOURCE_NAME = 126,
 };
 
@@ -64,6 +67,15 @@ public:
     void if_read_options();
     void if_read_option_set();
     void if_read_file_names();
+    // Expression trees, one record of kind 101 per node in prefix order.
+    NODE* if_read_expr_node(bool read_header);
+    NODE* if_read_expr_header(int& file_op);
+    void if_write_expr(NODE* tree, const PSN* psn);
+    void if_write_expr_node(NODE* tree);
+    // The symbol a NAME record names: scope 0 is the global table, all ones
+    // no symbol, anything else the current function's locals.
+    SYMTAB* if_symbol_at(uint32_t scope, uint32_t index);
+
     // Global symbols and initial data of the output.
     void if_enter_global(SYMTAB* sym);
     void if_write_init(SYMTAB* sym);
@@ -104,6 +116,9 @@ public:
     PSN* i_read_psn();
     // Reads a record frame; false at the end marker 255.
     bool i_read_header(int& kind, uint32_t& size);
+    // Closes the frame: bytes the body reader left are skipped; a body read
+    // past its frame is damage.
+    void i_end_record();
     void i_read_skip(uint32_t n);
 
     void i_write_i8(int v);
@@ -173,7 +188,6 @@ private:
     bool if_read_magic();
     void if_dispatch_record(int kind, uint32_t size);
     void if_read_source();
-    void i_end_record();
     int i_getc();
     int i_past_end();
     long i_remaining();

@@ -97,7 +97,9 @@ namespace {
 // The payloads a node owns besides its children.
 void copy_owned_payload(NODE* n) {
     if (n->op == FCON && n->sym)
-        n->sym = copy_fval(n->fcon_value());
+        n->sym = copy_fval(n->fval());
+    if (n->op == FCON && n->text)
+        n->text = strdup(n->text);
     if ((n->op == ICALL || n->op == UICALL || n->op == MCALL || n->op == UMCALL) && n->sym)
         n->sym = strdup(n->icall_name());
     if (n->op == SCON && n->text) {
@@ -119,7 +121,9 @@ void copy_owned_payload(NODE* n) {
 
 void free_owned_payload(NODE* n) {
     if (n->op == FCON && n->sym)
-        free_fval(n->fcon_value());
+        free_fval(n->fval());
+    if (n->op == FCON && n->text)
+        free(n->text);
     if ((n->op == ICALL || n->op == UICALL || n->op == MCALL || n->op == UMCALL) && n->sym)
         free(n->sym);
     if ((n->op == SCON || n->op == ASM) && n->text)
@@ -543,4 +547,11 @@ bool expr_is_globally_evaluable(const NODE* t) {
             return false;
         return expr_is_globally_evaluable(t->left) && expr_is_globally_evaluable(t->right);
     }
+}
+
+// The text is kept as read: it is what the writer puts back, and nothing folds
+// floating constants before the target's arithmetic is simulated.
+void NODE::mk_fcon(const char* digits) {
+    free(text);
+    text = strdup(digits);
 }

@@ -203,7 +203,9 @@ struct NODE {
     int32_t share_mark;
 
     SYMTAB* name_symbol() const { return static_cast<SYMTAB*>(sym); }
-    simul_fval* fcon_value() const { return static_cast<simul_fval*>(sym); }
+    simul_fval* fval() const { return static_cast<simul_fval*>(sym); }
+    // The text form of an FCON, cached in `text`.
+    const char* fcon_value() const { return text; }
     const char* icall_name() const { return static_cast<const char*>(sym); }
     int label_value() const { return static_cast<int>(value.low); }
     int skip_value() const { return static_cast<int>(value.low); }
@@ -240,6 +242,7 @@ struct NODE {
     // Counted: embedded NULs survive.
     void mk_scon(const char* bytes, uint32_t length);
     void mk_lcon(const char* digits);
+    void mk_fcon(const char* text);
 };
 
 // A node with every field at its initial value.
