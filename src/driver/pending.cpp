@@ -51,9 +51,11 @@ void mark_aliased_vector_and_complex_symbols(int, int) {
         if (s->state & SYM_ADDRESS_TAKEN)
             s->aliased = true;
     if (currfuninfo)
-        for (SYMTAB* s = currfuninfo->symbols; s; s = s->next)
-            if (s->state & SYM_ADDRESS_TAKEN)
-                s->aliased = true;
+        for (SYMTAB* list :
+             {currfuninfo->symbols, currfuninfo->temps, currfuninfo->autos, currfuninfo->regs})
+            for (SYMTAB* s = list; s; s = s->next)
+                if (s->state & SYM_ADDRESS_TAKEN)
+                    s->aliased = true;
 }
 
 // The statement list stays as the reader built it, last statement first,
@@ -68,11 +70,7 @@ void do_DVE_unit_testing() {
     dprintf("DVE Unit Test #3\n");
 }
 
-SYMTAB* get_sym_def_for_decl(SYMTAB* sym) { return sym; }
-
 // Trees, blocks, loops and symbols.
-void simpcfg(bool, bool) {}
-void rebuildcfg() {}
 void do_early_cross_jumping() {}
 void optimize_SWITCH_cases() {}
 void rotate_loops() {}
@@ -87,21 +85,14 @@ void find_loop_assertions(int) {}
 void erase_virtual_inits() {}
 void add_loop_annotation_from_profile() {}
 void add_instrumentation_exit_routine_to_atexit() {}
-void explode_auto_struct_vars() {}
-void build_stack_sharing_type() {}
-void sym_split(FUNINFO*) {}
-void unlink_symbol(SYMTAB*) {}
 void widen_user_variables() {}
 void subst_csu_returning_temp_for_local_var() {}
-void interned_stats() {}
 void rename_symbols() {}
 void merge_symbols() {}
 bool clusters_exist() { return false; }
 void expand_cluster_refs() {}
 void expand_bitfields() {}
 void erase_all() {}
-void dump_global_symbol(SYMTAB*) {}
-void dump_symbol_pragmas(SYMTAB*) {}
 
 // Reading and writing function bodies and initial data.
 void I_FILE::if_enter_global(SYMTAB*) {}
@@ -249,3 +240,15 @@ void delete_PTENV(PTENV*, int) {}
 // answer under which no expression is merged wrongly.
 bool f_bit_eq(const simul_fval* a, const simul_fval* b) { return a == b; }
 bool bools_are_congruent(const NODE*, const NODE*) { return false; }
+
+// Symbols.
+// The code generator reserves the register; the optimizer has nothing to keep out of it.
+void reserve_global_register(SYMTAB*) {}
+
+// What the control flow code asks of subsystems that come later.
+// No points-to vectors are cached yet, so there is nothing to clear.
+void clear_PT_vectors() {}
+// Keeps the whole tree when it may have an effect, which never loses one.
+NODE* peel_for_effect(NODE* t) { return t && tree_has_side_effects(t) ? t : erase_tree(t); }
+// Any block inside a loop may be its head: jumps are never threaded through it.
+bool bb_is_loop_head(const BBLK* bb) { return bb->loop != nullptr; }

@@ -46,12 +46,6 @@ FUNINFO* insert(const char* name) {
 
 FUNLIST* mkFUNLIST(FUNINFO* fun, FUNLIST* next) { return new FUNLIST{fun, next}; }
 
-const char* skip_name_prefix(const char* name) {
-    if (TYPE_PKG::abi == 1)
-        return name;
-    return name[0] == '.' || name[0] == '_' ? name + 1 : name;
-}
-
 FUNINFO* find_FUNINFO(const char* name) {
     if (FUNINFO* f = lookup(name))
         return f;

@@ -7,6 +7,9 @@ struct SYMTAB;
 struct PSN;
 struct BBLK;
 struct LS;
+struct LIST;
+struct NODE;
+struct STACK_SHARING_SCOPE;
 
 struct FUNINFO {
     SYMTAB* symbol = nullptr;
@@ -14,9 +17,36 @@ struct FUNINFO {
     PSN* psn = nullptr;
     BBLK* bb_list = nullptr;
     int bb_count = 0;
+    // The statements as read, last statement first, until buildcfg takes them.
+    LIST* stmts = nullptr;
+    // Every block in source order, through BBLK::next_created.
+    BBLK* bb_created = nullptr;
+    // Blocks made so far; a new block's serial index.
+    int bb_made = 0;
+    int size() const { return bb_made; }
+    // The last generated label number; the next one is below it.
+    int last_label = 0;
+    // A copy of the entry block's argument prolog, or null.
+    NODE* arg_prolog = nullptr;
+    // Raised by structural changes of the graph, for the loop code.
+    bool cfg_changed = false;
+    // Raised when renumbering gave blocks new positions.
+    bool blocks_changed = false;
+    // Non-zero once loops have been given kinds; cross jumping waits for zero.
+    uint32_t loop_kind = 0;
     LS* scope = nullptr;
     // The function's parameters and locals, linked through SYMTAB::next.
     SYMTAB* symbols = nullptr;
+    // The optimizer's temporaries, newest first, and the last number given.
+    SYMTAB* temps = nullptr;
+    long temp_counter = 0;
+    // What sym_split makes of the two lists above: frame-bound symbols, and
+    // scalars that may live in registers.
+    SYMTAB* autos = nullptr;
+    SYMTAB* regs = nullptr;
+    // The stack-sharing scope tree and the record scopes are entered under.
+    STACK_SHARING_SCOPE* overlaps = nullptr;
+    STACK_SHARING_SCOPE* overlaps_current = nullptr;
     uint32_t flags = 0;
     // Set when the function's definition has been read.
     bool defined = false;

@@ -9,12 +9,24 @@ struct CONTEXT;
 struct FUNINFO;
 struct SYMTAB;
 struct BBLK;
+struct LBL;
+struct LS;
 
 void init_opcode_tables();
 bool tree_is_arg_prolog(NODE* t);
 
-// Control flow.
-void simpcfg(bool late, bool keep_empty);
+// Control flow. IF(cond, COLON(LABEL taken, LABEL not taken)), BRANCH(LABEL),
+// SWITCH(value, cases) with the cases a left-leaning COMMA chain of
+// CASE(ICON, LABEL) ending in DEFAULT(LABEL).
+NODE* mk_LABELREF(int number, LS* scope);
+NODE* mk_LABELREF_to_bb(BBLK* bb, LS* scope);
+NODE* mk_BRANCH(BBLK* bb, LS* scope);
+NODE* mk_IF(NODE* cond, NODE* taken, NODE* not_taken, LS* scope);
+NODE* mk_LABELDEF(LBL* lbl);
+// Builds the blocks of currfuninfo from its statement list.
+void buildcfg();
+void renumber_bblocks();
+void simpcfg(bool full, bool may_speculate);
 void rebuildcfg();
 void do_early_cross_jumping();
 void optimize_SWITCH_cases();
@@ -37,7 +49,6 @@ void add_instrumentation_exit_routine_to_atexit();
 void explode_auto_struct_vars();
 void build_stack_sharing_type();
 void sym_split(FUNINFO* f);
-void unlink_symbol(SYMTAB* sym);
 void widen_user_variables();
 void subst_csu_returning_temp_for_local_var();
 void interned_stats();
@@ -47,6 +58,11 @@ void merge_symbols();
 bool clusters_exist();
 void expand_cluster_refs();
 void expand_bitfields();
+
+// What control flow asks of subsystems that come later.
+void clear_PT_vectors();
+NODE* peel_for_effect(NODE* t);
+bool bb_is_loop_head(const BBLK* bb);
 
 // Releases the current function's blocks and trees, or only the file-wide
 // scratch tables when currfuninfo is null.
