@@ -10,6 +10,7 @@
 #include "ir/ir.h"
 #include "ir/node.h"
 #include "ir/types.h"
+#include "support/cells.h"
 
 BBLK::BBLK(FUNINFO* owner) : serial_object(owner) { owner->bb_made++; }
 
@@ -117,25 +118,9 @@ int edge_length(const EDGE* list) {
     return n;
 }
 
-EDGE* rev_edge_list(EDGE* list) {
-    EDGE* out = nullptr;
-    while (list) {
-        EDGE* next = list->next;
-        list->next = out;
-        out = list;
-        list = next;
-    }
-    return out;
-}
+EDGE* rev_edge_list(EDGE* list) { return reverse_cells(list); }
 
-EDGE* erase_edge_list(EDGE* list) {
-    while (list) {
-        EDGE* next = list->next;
-        delete list;
-        list = next;
-    }
-    return nullptr;
-}
+EDGE* erase_edge_list(EDGE* list) { return erase_cells(list); }
 
 EDGE* copy_edge_list(const EDGE* list) {
     EDGE* head = nullptr;

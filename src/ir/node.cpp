@@ -10,6 +10,7 @@
 #include "ir/bblk.h"
 #include "ir/symtab.h"
 #include "ir/types.h"
+#include "support/cells.h"
 
 NODE* new_node(int op, TYPE* type) {
     NODE* n = new NODE{};
@@ -433,14 +434,7 @@ LIST* erase_tree_list(LIST* l) {
     return nullptr;
 }
 
-LIST* erase_tree_list_only(LIST* l) {
-    while (l) {
-        LIST* next = l->next;
-        delete l;
-        l = next;
-    }
-    return nullptr;
-}
+LIST* erase_tree_list_only(LIST* l) { return erase_cells(l); }
 
 LIST* erase_tree_list_to_entry(LIST* l, LIST* last, bool include) {
     while (l && l != last) {

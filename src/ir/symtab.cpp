@@ -1,4 +1,5 @@
 #include "ir/symtab.h"
+#include "support/cells.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -211,26 +212,6 @@ SYMPAIRLIST* mk_symplist(SYMTAB* first, SYMTAB* second, SYMPAIRLIST* next) {
 }
 
 namespace {
-
-template <class CELL> CELL* reverse_cells(CELL* list) {
-    CELL* out = nullptr;
-    while (list) {
-        CELL* next = list->next;
-        list->next = out;
-        out = list;
-        list = next;
-    }
-    return out;
-}
-
-template <class CELL> CELL* erase_cells(CELL* list) {
-    while (list) {
-        CELL* next = list->next;
-        delete list;
-        list = next;
-    }
-    return nullptr;
-}
 
 template <class CELL> CELL* copy_cells(const CELL* list) {
     CELL* head = nullptr;
