@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <string>
 #include <vector>
 
 namespace file_bytes {
@@ -41,5 +43,24 @@ inline void put_sleb(Bytes& b, int32_t v) {
 }
 
 inline void put_str(Bytes& b, const char* s) { b.insert(b.end(), s, s + strlen(s) + 1); }
+
+// Whole files; a file that cannot be opened reads as empty and writes nothing,
+// which the tests' own checks then catch.
+inline void write_bytes_to(const std::string& path, const Bytes& b) {
+    if (FILE* f = fopen(path.c_str(), "wb")) {
+        fwrite(b.data(), 1, b.size(), f);
+        fclose(f);
+    }
+}
+
+inline Bytes read_bytes_from(const std::string& path) {
+    Bytes b;
+    if (FILE* f = fopen(path.c_str(), "rb")) {
+        for (int c; (c = getc(f)) != EOF;)
+            b.push_back(static_cast<uint8_t>(c));
+        fclose(f);
+    }
+    return b;
+}
 
 } // namespace file_bytes

@@ -81,22 +81,11 @@ struct IFileTest : ::testing::Test {
 
     std::string write_file(const Bytes& b) {
         std::string path = new_path();
-        FILE* f = fopen(path.c_str(), "wb");
-        EXPECT_NE(f, nullptr);
-        fwrite(b.data(), 1, b.size(), f);
-        fclose(f);
+        write_bytes_to(path, b);
         return path;
     }
 
-    static Bytes read_file(const std::string& path) {
-        Bytes b;
-        FILE* f = fopen(path.c_str(), "rb");
-        EXPECT_NE(f, nullptr);
-        for (int c; (c = getc(f)) != EOF;)
-            b.push_back(c);
-        fclose(f);
-        return b;
-    }
+    static Bytes read_file(const std::string& path) { return read_bytes_from(path); }
 
     // A reader on the given bytes; null when refused (the stream is closed then).
     I_FILE* open_bytes(const Bytes& b) {
@@ -546,6 +535,7 @@ TEST_F(IFileDamage, TruncatedMainStreamIsFatal) {
     put_str(source, "m.c");
     put_record(full, IF_SOURCE_NAME, source);
     Bytes wide(140, 7);
+    wide[0] = 0; // a null position: the file has no names to point at
     put_record(full, 34, wide);
     full.push_back(255);
 

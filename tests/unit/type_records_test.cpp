@@ -236,22 +236,11 @@ struct TypeRecords : testing::Test {
 
     std::string write_bytes(const Bytes& b) {
         std::string path = new_path();
-        FILE* f = fopen(path.c_str(), "wb");
-        EXPECT_NE(f, nullptr);
-        fwrite(b.data(), 1, b.size(), f);
-        fclose(f);
+        write_bytes_to(path, b);
         return path;
     }
 
-    static Bytes read_bytes(const std::string& path) {
-        Bytes b;
-        FILE* f = fopen(path.c_str(), "rb");
-        EXPECT_NE(f, nullptr);
-        for (int c; (c = getc(f)) != EOF;)
-            b.push_back(static_cast<uint8_t>(c));
-        fclose(f);
-        return b;
-    }
+    static Bytes read_bytes(const std::string& path) { return read_bytes_from(path); }
 
     // Writes the package's types (all named ones and what they refer to).
     Bytes write_package(TYPE_PKG* pkg) {
