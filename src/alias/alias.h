@@ -12,3 +12,12 @@ void LS_build_PTR_equivalence_groups();
 void LS_print(LS* scope, int debug_form);
 void LS_validate();
 void propagate_PT_info();
+
+struct SYMTAB;
+struct NODE;
+// Lexical scopes of the function being read.
+void LS_open();
+void LS_close();
+void LS_add_symbol(SYMTAB* sym);
+void LS_initialize_scopes_and_ptrs_from_tree(NODE* t);
+void find_or_make_PTR_entry(SYMTAB* sym);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "alias/alias.h"
+#include "driver/client.h"
 #include "driver/driver.h"
 #include "ifile/ifile.h"
 #include "ifile/write.h"
@@ -95,7 +96,6 @@ void expand_bitfields() {}
 void erase_all() {}
 
 // Reading and writing function bodies and initial data.
-void I_FILE::if_enter_global(SYMTAB*) {}
 void I_FILE::if_write_init(SYMTAB*) {}
 void write_func_header() {}
 void write_func_body() {}
@@ -252,3 +252,44 @@ void clear_PT_vectors() {}
 NODE* peel_for_effect(NODE* t) { return t && tree_has_side_effects(t) ? t : erase_tree(t); }
 // Any block inside a loop may be its head: jumps are never threaded through it.
 bool bb_is_loop_head(const BBLK* bb) { return bb->loop != nullptr; }
+
+// What the reader's client calls while a function is read.
+// No lexical scope records exist yet: statements and symbols carry no scope.
+void LS_open() {}
+void LS_close() {}
+void LS_add_symbol(SYMTAB*) {}
+void LS_initialize_scopes_and_ptrs_from_tree(NODE*) {}
+// No points-to entries are kept, so a parameter needs none.
+void find_or_make_PTR_entry(SYMTAB*) {}
+// The flags set while reading stay as they are.
+void init_FUNINFO_flags(FUNINFO*) {}
+// A function stays as suppressed as it was read.
+void unsuppress_inline_function(FUNINFO*) {}
+// No function is taken as a synonym of another.
+void check_for_synonym_function_in_pass_1() {}
+// No definition is marked integrable, so none is ever inlined.
+void check_integrable_definition() {}
+// No interprocedural constants: every parameter stays unknown.
+void init_ipcp_for_fun() {}
+void init_IP_MVP_for_current_function() {}
+// Not scanning leaves no function marked as having its address taken; no
+// pass reads that mark yet.
+void scan_for_funinfo(NODE*) {}
+// Every function is assumed to write through its reference parameters.
+void check_fun_for_byref_asgs(SYMTAB*) {}
+// No symbol is grouped with others.
+void make_symbol_groupable(SYMTAB*) {}
+// No register sets are tracked.
+void make_RSET_root() {}
+void preprocess_fundef() {}
+// No file-level static becomes a local.
+void identify_fl_statics_safe_for_auto() {}
+void convert_safe_fl_statics_to_auto() {}
+// Builtin hints stay as calls; builtin types stay as read.
+NODE* convert_CBRANCH_with_builtin_expect(NODE* t) { return t; }
+NODE* fix_BIF_types(NODE* t) { return t; }
+// No profile is read.
+void initialize_the_profiling_state(NODE*) {}
+// File-level assembly, comments and pragmas are not written yet.
+void wrasmr(int, const char*, PSN*) {}
+void I_FILE::if_write_pragma(PRAGMA*) {}

@@ -136,41 +136,6 @@ void I_FILE::if_read_file_names() {
     if_seek(saved);
 }
 
-void I_FILE::if_read_file() {
-    if_read_file_names();
-    if_read_type_defs();
-    if (client)
-        client->cl_merge_type_defs();
-    // The global symbol and initializer sections are read here, so that the
-    // main stream may refer to all of them.
-    int kind;
-    uint32_t size;
-    while (i_read_header(kind, size))
-        if_dispatch_record(kind, size);
-}
-
-// The one place where a record of the main stream becomes a call on the client.
-void I_FILE::if_dispatch_record(int kind, uint32_t size) {
-    switch (kind) {
-    case IF_SOURCE_NAME:
-        if_read_source();
-        break;
-    case IF_TYPE:
-        if_read_type(size);
-        break;
-    default:
-        i_read_skip(size);
-        return;
-    }
-    i_end_record();
-}
-
-void I_FILE::if_read_source() {
-    const char* text = i_read_string(0);
-    if (client)
-        client->cl_source(text);
-}
-
 static bool is_stream_kind(int kind) {
     static const struct {
         int low, high;

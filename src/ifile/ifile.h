@@ -9,6 +9,7 @@ class TYPE_PKG;
 struct TYPE;
 struct SYMTAB;
 struct NODE;
+struct PRAGMA;
 
 constexpr int icode_cpu_id = 400;
 constexpr int if_oldest_version = -86;
@@ -16,14 +17,67 @@ constexpr int if_written_version = -73;
 constexpr int if_header_kind = 8;
 constexpr int if_end_kind = 255;
 
-// Record kinds that the container itself handles.
+// Record kinds of the file.
 enum : int {
+    IF_BEGIN_FUNC = 1,
+    IF_END_FUNC = 2,
+    IF_BEGIN_BLOCK = 3,
+    IF_END_BLOCK = 4,
+    IF_END_ARGS = 5,
+    IF_END_LOCALS = 6,
+    IF_IR_INS = 34,
+    IF_SYMBOL = 35,
+    IF_ASSEMBLY = 36,
+    IF_LOOP = 38,
+    IF_LABEL = 42,
+    IF_MBANK = 45,
+    IF_EXPR_STMT = 46,
+    IF_COMMENT = 47,
+    IF_DEP_EDGE = 58,
+    IF_DEP_VECTOR = 59,
+    IF_EHT_CATCH = 63,
+    IF_FUNC_INFO = 64,
+    IF_EHT_ENTRY = 91,
+    IF_EHT = 93,
+    IF_PRAGMA = 94,
+    IF_EXPR_NODE = 101,
+    IF_INIT = 105,
+    IF_LDSPEC = 108,
     IF_OPTION_SET = 111,
     IF_TYPE = 116,
-    IF_EXPR_STMT = 46,
-    IF_EXPR_NODE = 101,
+    IF_IR_BEGIN = 123,
+    IF_INLOOP = 124,
+    IF_IR_END = 125,
     IF_SOURCE_NAME = 126,
 };
+
+// An initializer: its trees in file order, the last one ENDINIT.
+struct EXPR_LIST {
+    NODE* tree;
+    EXPR_LIST* next;
+};
+
+// One catch clause of an exception table entry of kind 2.
+struct EHT_CATCH {
+    char* type_name;
+    uint32_t value;
+    bool flag;
+};
+
+// An exception table entry with what follows it on file: the expression of a
+// kind-1 entry, the catch clauses (`third` of them) of a kind-2 entry.
+struct EHT_ENTRY {
+    uint32_t first;
+    uint32_t kind;
+    uint32_t second;
+    uint32_t third;
+    NODE* expr;
+    EHT_CATCH* catches;
+};
+// The entry kinds that have followers on file.
+enum : uint32_t { EHT_CLEANUP = 1, EHT_CATCHES = 2 };
+// Frees a table the client declined to keep, followers included.
+void free_eht(EHT_ENTRY* table, unsigned count);
 
 // A source position. Positions are allocated on reading and never freed.
 struct PSN {
@@ -43,12 +97,50 @@ struct TYPE_INFO {
 };
 
 // The optimizer is the only client: plain member functions, defined in the driver.
+// Strings and arrays passed in are the reader's unless a callback says otherwise;
+// positions, trees, pragmas and initializer lists become the client's.
 class IF_CLIENT {
 public:
     bool cl_magic(int version, int target_id);
-    void cl_source(const char* text);
     void cl_option_set(unsigned set_number, unsigned count, char** strings);
+    // `size` and `align` are in bits, as on file.
+    SYMTAB* cl_symbol_create(const char* name, TYPE* type, TYPE* stype, uint32_t size,
+                             uint32_t align, uint32_t offset, int sclass, unsigned qual, PSN* psn,
+                             uint32_t file_offset, uint32_t extra);
+    void cl_pragma(SYMTAB* sym, PRAGMA* pragma);
+    void cl_symbol_init(SYMTAB* sym, EXPR_LIST* list);
+    void cl_symbol_def(SYMTAB* sym);
+    void cl_expr(NODE* tree, PSN* psn);
+    void cl_begin_func(SYMTAB* sym, PSN* psn);
+    void cl_end_args(PSN* psn);
+    void cl_end_locals(PSN* psn);
+    void cl_begin_block(PSN* psn);
+    void cl_end_block(PSN* psn);
+    void cl_source(const char* text);
+    void cl_label(unsigned number);
+    void cl_inline_asm(const char* text, PSN* psn);
+    void cl_comment(const char* text);
     void cl_merge_type_defs();
+    void cl_preprocess_statics();
+    void cl_func_info(int value);
+    // True when the reader may free the table; the client keeps a copy.
+    bool cl_func_eht(EHT_ENTRY* table, unsigned count);
+    void cl_loop_def(uint32_t a, uint32_t b, uint32_t c, uint32_t d, uint32_t e, unsigned f);
+    void cl_loop_header(uint32_t a, int32_t scope, int32_t index, unsigned b);
+    void cl_dd_vector(uint32_t id, unsigned a, unsigned count, const unsigned char* pairs);
+    void cl_dd_edge(uint32_t a, uint32_t b, uint32_t c);
+    void cl_mbank(const uint32_t* values);
+    void cl_ldspec_induct(uint32_t id, uint32_t a, int32_t b, TYPE* type, SYMTAB* sym);
+    void cl_ldspec_rand(uint32_t id, uint32_t a, uint32_t b, TYPE* type, SYMTAB* sym);
+    void cl_ldspec_region(uint32_t id, uint32_t a);
+    void cl_ir_begin_func(uint32_t a, int32_t b, int c, uint32_t d, PSN* psn);
+    void cl_ir_end_func(PSN* psn);
+    void cl_ir_ins(PSN* psn, const unsigned char* bytes, uint32_t length);
+    void cl_end_func(PSN* psn);
+
+    // The optimizer's own lexical level: 0 at file level, 1 in a function
+    // head, 2 in its body, one more in each open block.
+    int lex = 0;
 };
 
 class I_FILE {
@@ -62,11 +154,24 @@ public:
     // marker and the tail sections. Returns 0 on success, 1 on a stream error.
     int if_close(bool write_types, bool keep);
 
-    // The whole walk of an input file.
+    // The whole walk of an input file: the sections, then the main stream.
     void if_read_file();
     void if_read_options();
     void if_read_option_set();
     void if_read_file_names();
+    void if_read_globals();
+    void if_read_all_init();
+    // One record of kind 105 whose frame has been read: its trees to ENDINIT.
+    void if_read_init();
+    // Reads from offset (0: from here) to the end of the function's record.
+    void if_read_func(long offset);
+    // Passes over the rest of a function by record sizes.
+    void if_skip_func();
+    // One step of the main walk; the kind read, 255 at the end marker.
+    int if_read_record();
+
+    // The symbol tables of the reader, and of the writer for globals.
+    void if_enter_local(SYMTAB* sym);
     // Expression trees, one record of kind 101 per node in prefix order.
     NODE* if_read_expr_node(bool read_header);
     NODE* if_read_expr_header(int& file_op);
@@ -76,9 +181,12 @@ public:
     // no symbol, anything else the current function's locals.
     SYMTAB* if_symbol_at(uint32_t scope, uint32_t index);
 
-    // Global symbols and initial data of the output.
+    // Global symbols: the reader's table by file index, and the writer's list
+    // of what it will write (each position's file name goes in its table).
     void if_enter_global(SYMTAB* sym);
     void if_write_init(SYMTAB* sym);
+    // A pragma of no symbol, at file level.
+    void if_write_pragma(PRAGMA* p);
     void if_enter_option_set(unsigned set_number, unsigned count, char** strings);
 
     // Types. The type section is read before anything that refers to a type;
@@ -174,6 +282,10 @@ public:
     size_t wbuf_size = 0;
     unsigned char* wptr = nullptr;
 
+    // When set, each callback is announced first, with its arguments as
+    // text: "cl_label 7". For the log and for tests of the walk.
+    void (*trace)(const char* call) = nullptr;
+
 private:
     I_FILE() = default;
     ~I_FILE();
@@ -186,8 +298,42 @@ private:
     bool hit_eof = false;
 
     bool if_read_magic();
-    void if_dispatch_record(int kind, uint32_t size);
+    void if_dispatch_record(int kind, uint32_t size, long at);
     void if_read_source();
+    void i_trace(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    // A position whose file index must name an entry of the table.
+    PSN* i_read_psn_checked();
+    // A copy of a NUL-terminated string of the record; the caller frees it.
+    char* i_read_string_copy();
+    // Checks that a count of items of at least one byte each fits the frame.
+    void i_check_count(uint32_t count);
+    void i_need_record(int kind);
+    SYMTAB* if_read_sym(unsigned& pragma_count);
+    void if_read_symbol_def();
+    void if_read_pragma(SYMTAB* sym);
+    void if_read_label();
+    void if_read_assembly();
+    void if_read_comment();
+    void if_read_func_info();
+    void if_read_begin_func();
+    void if_read_end_func();
+    void if_read_begin_block();
+    void if_read_end_block();
+    void if_read_end_args();
+    void if_read_end_locals();
+    void if_read_loop();
+    void if_read_inloop();
+    void if_read_dep_vector();
+    void if_read_dep_edge();
+    void if_read_mbank();
+    void if_read_ldspec();
+    void if_read_eht();
+    void if_read_eht_entry(EHT_ENTRY& entry);
+    void if_read_ir_begin();
+    void if_read_ir_end();
+    void if_read_ir(uint32_t size);
+    void if_read_stmt();
+    NODE* if_read_stmt_tree();
     int i_getc();
     int i_past_end();
     long i_remaining();

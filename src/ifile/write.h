@@ -3,6 +3,7 @@
 
 struct NODE;
 struct SYMTAB;
+struct PSN;
 
 void write_func_header();
 void write_func_body();
@@ -10,3 +11,5 @@ void wrtree(NODE* t);
 void revert_symbol_type(SYMTAB* sym);
 // Writes a symbol's initial data: the initializer record and each tree.
 void write_symbol_init(SYMTAB* sym);
+// Assembly text (kind 36) or a comment (kind 47) at file level, to the output.
+void wrasmr(int kind, const char* text, PSN* psn);

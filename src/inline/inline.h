@@ -4,6 +4,7 @@
 #include <cstdio>
 
 struct FUNINFO;
+struct NODE;
 
 class INLINER {
 public:
@@ -21,3 +22,14 @@ void init_proc_integration();
 void dump_FUNINFO(FUNINFO* f, FILE* out);
 void dump_function_header();
 void dump_psnrefs();
+
+struct SYMTAB;
+// Facts of functions gathered while reading.
+void init_FUNINFO_flags(FUNINFO* f);
+void unsuppress_inline_function(FUNINFO* f);
+void check_for_synonym_function_in_pass_1();
+void check_integrable_definition();
+void init_ipcp_for_fun();
+void scan_for_funinfo(NODE* t);
+void check_fun_for_byref_asgs(SYMTAB* sym);
+void make_symbol_groupable(SYMTAB* sym);

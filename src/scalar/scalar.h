@@ -25,3 +25,7 @@ void revert_strict_ternary_ICALLs_to_CFG();
 void restructure_strict_ternary_ICALLs_from_CFG();
 // Removes the locals of the outer block that no statement names.
 void remove_unused_locals();
+void make_RSET_root();
+void preprocess_fundef();
+void identify_fl_statics_safe_for_auto();
+void convert_safe_fl_statics_to_auto();

@@ -12,3 +12,6 @@ void unsimplify();
 void seq_trees();
 void fold_ANDBASGs();
 void clean_up_assert_RELOPs();
+// Read-time rewrites of calls to builtins.
+NODE* convert_CBRANCH_with_builtin_expect(NODE* t);
+NODE* fix_BIF_types(NODE* t);

@@ -23,3 +23,4 @@ void beta_convert_using_mvp_ip();
 extern bool do_int_MVP;
 extern bool do_beta_MVP;
 extern bool do_IP_MVP;
+void init_IP_MVP_for_current_function();
