@@ -30,7 +30,6 @@ int output_index;
 
 namespace {
 
-constexpr int EPVAL = 110;
 constexpr int PRAGMA_OPT_OVERRIDE = 36;
 constexpr unsigned char ASM_KIND_ASSEMBLY = 36;
 constexpr unsigned char ASM_KIND_COMMENT = 47;

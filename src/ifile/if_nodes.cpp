@@ -12,9 +12,6 @@ using namespace ifile_impl;
 
 namespace {
 
-constexpr int VREG_ON_FILE = 163;
-constexpr int EPVAL_ON_FILE = 110;
-
 // Operators whose fields end the record: no children follow on file.
 bool children_follow(int op) {
     switch (op) {
@@ -26,7 +23,7 @@ bool children_follow(int op) {
     case LCON:
     case FIELD:
     case SKIP:
-    case VREG_ON_FILE:
+    case VREG:
         return false;
     default:
         return true;
@@ -54,7 +51,7 @@ SYMTAB* I_FILE::if_symbol_at(uint32_t scope, uint32_t index) {
 // which new_node may change (a PCONV to a char pointer becomes ISP2CHAR).
 NODE* I_FILE::if_read_expr_header(int& file_op) {
     file_op = static_cast<int>(i_read_u8());
-    if (file_op > VREG_ON_FILE || !if_node_info[file_op].name)
+    if (file_op > VREG || !if_node_info[file_op].name)
         invalid_record();
     TYPE* type = find_typeref(i_read_uint());
     NODE* n = new_node(file_op, type);
@@ -107,7 +104,7 @@ NODE* I_FILE::if_read_expr_header(int& file_op) {
     case UCALL:
         n->mk_ucall(static_cast<int>(i_read_uint()));
         break;
-    case EPVAL_ON_FILE:
+    case EPVAL:
         n->set_edge_profile_value(i_read_uint());
         break;
     case SKIP:
@@ -119,7 +116,7 @@ NODE* I_FILE::if_read_expr_header(int& file_op) {
         n->mk_ddnode(a, b, static_cast<int>(i_read_u8()));
         break;
     }
-    case VREG_ON_FILE:
+    case VREG:
         n->mk_vreg(i_read_sint());
         break;
     default:
@@ -161,7 +158,7 @@ void I_FILE::if_write_expr_node(NODE* t) {
     for (; t; t = t->right) {
         const int op = t->op;
         // Operators of memory only must have been turned back before writing.
-        OPTASSERT(op >= 0 && op <= VREG_ON_FILE && if_node_info[op].name);
+        OPTASSERT(op >= 0 && op <= VREG && if_node_info[op].name);
         i_write_i8(op);
         i_write_typeref(t->type);
         switch (op) {
@@ -206,7 +203,7 @@ void I_FILE::if_write_expr_node(NODE* t) {
         case UCALL:
             i_write_uint(static_cast<uint32_t>(t->call_id));
             break;
-        case EPVAL_ON_FILE:
+        case EPVAL:
             i_write_uint(t->get_edge_profile_value());
             break;
         case SKIP:
@@ -218,7 +215,7 @@ void I_FILE::if_write_expr_node(NODE* t) {
             i_write_uint(0);
             i_write_i8(0);
             break;
-        case VREG_ON_FILE:
+        case VREG:
             i_write_sint(t->vreg_id());
             break;
         default:

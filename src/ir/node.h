@@ -153,6 +153,11 @@ enum : int {
     ERASED_OP = 255,
 };
 
+// Operators of the file format with no operator of their own in memory: the
+// reader removes EPVAL, and 163 is VREG on file but OUIALIGN in memory.
+constexpr int EPVAL = 110;
+constexpr int VREG = 163;
+
 constexpr int number_of_opcodes = 190;
 // "None" in the operator tables.
 constexpr unsigned char NONE = 255;
