@@ -41,6 +41,65 @@ std::map<FUNINFO*, std::vector<EHT_ENTRY>> eht_tables;
 // Ordinal of the symbols read, counted anew in each function.
 uint32_t symbol_ordinal;
 
+// Storage classes whose address, once taken, the function must know about.
+constexpr uint32_t address_taken_classes = 0x420212;
+
+void mark_address_taken(const NODE* t) {
+    const NODE* n = t->left;
+    while (n && n->op == STDOT)
+        n = n->left;
+    if (!n || n->op != NAME || !n->name_symbol() || !currfuninfo)
+        return;
+    const unsigned sclass = n->name_symbol()->sclass;
+    if (sclass < 32 && ((address_taken_classes >> sclass) & 1))
+        currfuninfo->address_taken = true;
+}
+
+// A conversion of an argument that only restates its operand's type is
+// dropped: the operand's type replaces the conversion's.
+void adopt_operand_type(NODE* arg) {
+    if ((arg->op != PCONV && arg->op != ACONV) || !arg->left || !arg->left->type || !arg->type)
+        return;
+    TYPE* from = arg->left->type;
+    const unsigned char added = from->qual_kind() & ~arg->type->qual_kind();
+    if ((added & (TQ_CONST | TQ_VOLATILE)) == 0 && compatible_types(arg->type, from, false))
+        arg->type = from;
+}
+
+// Integer arguments are passed converted to their own type.
+NODE* wrap_integer_argument(NODE* arg) {
+    if (!arg->type || arg->op == ACONV || !(arg->type->is_integral() || arg->type->is_enum()))
+        return arg;
+    return maketree(ACONV, arg, nullptr, arg->type, arg->scope);
+}
+
+void rewrite_call_arguments(NODE* call) {
+    NODE** slot = &call->right;
+    // The chain leans left: each COMMA's right is one argument.
+    while (*slot && (*slot)->op == COMMA) {
+        NODE* comma = *slot;
+        adopt_operand_type(comma->right);
+        comma->right = wrap_integer_argument(comma->right);
+        slot = &comma->left;
+    }
+    if (*slot) {
+        adopt_operand_type(*slot);
+        *slot = wrap_integer_argument(*slot);
+    }
+}
+
+// A member-pointer offset counts bits; the address arithmetic counts bytes.
+NODE* pmconv_to_mult(NODE* t) {
+    if (!t->right || t->right->op != ICON || !t->left)
+        return t;
+    NODE* scale = t->right;
+    scale->value = scale->value / INT65(8);
+    if (t->left->type && t->type && t->left->type->size() != t->type->size())
+        t->left = maketree(SCONV, t->left, nullptr, t->type, t->scope);
+    t->op = MULT;
+    return t;
+}
+
 // Applies fn to every node of the tree, children first.
 template <class FN> void for_each_node(NODE* t, FN fn) {
     if (!t)
@@ -227,6 +286,20 @@ NODE* cleanup_node(NODE* t) {
         erase_node(t);
         return child;
     }
+    case UAND:
+        mark_address_taken(t);
+        return t;
+    case CALL:
+        rewrite_call_arguments(t);
+        return t;
+    case SCONV:
+        if (t->type && t->type->is_vector()) {
+            OPTASSERT(t->left && t->left->type && t->left->type->is_vector());
+            t->op = VSCONV;
+        }
+        return t;
+    case PMCONV:
+        return pmconv_to_mult(t);
     case CBRANCH:
         return convert_CBRANCH_with_builtin_expect(t);
     case NASSERT:

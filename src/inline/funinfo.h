@@ -52,6 +52,8 @@ struct FUNINFO {
     bool defined = false;
     // No call in the body; cleared by every call node made for it.
     bool is_leaf = true;
+    // The address of one of its symbols is taken in the body.
+    bool address_taken = false;
     // The body names a `cregister` symbol.
     bool uses_cregister = false;
     // A member access of the body reaches a bit field.
