@@ -1,6 +1,7 @@
 // The CFG simplifier: removes dead blocks, threads jumps, folds decided
 // branches and merges straight-line chains, round after round.
 #include <algorithm>
+#include <string>
 #include <vector>
 
 #include "driver/diag.h"
@@ -10,6 +11,7 @@
 #include "ir/bblk.h"
 #include "ir/ir.h"
 #include "ir/node.h"
+#include "ir/symtab.h"
 #include "ir/types.h"
 #include "simplify/simplify.h"
 
@@ -20,6 +22,7 @@ constexpr int max_rewrites = 20;
 constexpr int max_thread_hops = 16;
 
 bool changed;
+bool full_mode;
 
 BBLK* entry_bb() { return currfuninfo->bb_list; }
 
@@ -211,6 +214,58 @@ bool rewrite_SWITCH(BBLK* b, NODE* t) {
     return true;
 }
 
+// The IF of a block that holds nothing else, or null.
+NODE* lone_IF(const BBLK* b) {
+    const LIST* s = b->statements;
+    return s && !s->next && s->tree->op == IF ? s->tree : nullptr;
+}
+
+bool tree_has_DDNODE(const NODE* t) {
+    return t && (t->op == DDNODE || tree_has_DDNODE(t->left) || tree_has_DDNODE(t->right));
+}
+
+// Conditions that may be moved or combined: nothing observable happens when
+// they are evaluated.
+bool condition_is_pure(const NODE* c) { return !tree_has_side_effects(c) && !tree_has_DDNODE(c); }
+
+// `t` as it must hold for control to go the chosen way.
+NODE* as_tested(NODE* t, bool positive) { return positive ? t : mk_EXCLAIM(t); }
+
+// if (a) goto L else B; B: if (b) goto L else M  =>  if (a || b) goto L else M.
+// B must hold only its IF: anything else in B would be skipped on the a-false path.
+bool join_OROR(BBLK* a_bb, NODE* t) {
+    NODE* taken = t->right->left;
+    NODE* not_taken = t->right->right;
+    BBLK* a_yes = label_target(taken);
+    BBLK* a_no = label_target(not_taken);
+    if (!a_yes || !a_no || a_yes == a_no)
+        return false;
+    for (bool b_on_no : {true, false}) {
+        BBLK* b_bb = b_on_no ? a_no : a_yes;
+        BBLK* l = b_on_no ? a_yes : a_no;
+        // A loop-rotated test is kept as it is.
+        if (b_bb == a_bb || (b_bb->flags & BB_KEEP_DUPLICATE_TEST))
+            continue;
+        NODE* u = lone_IF(b_bb);
+        if (!u)
+            continue;
+        BBLK* b_yes = label_target(u->right->left);
+        BBLK* b_no = label_target(u->right->right);
+        if (!b_yes || !b_no || b_yes == b_no || (b_yes != l && b_no != l))
+            continue;
+        if (!condition_is_pure(t->left) || !condition_is_pure(u->left))
+            continue;
+        BBLK* m = b_yes == l ? b_no : b_yes;
+        NODE* a_cond = as_tested(t->left, b_on_no);
+        NODE* b_cond = as_tested(copy_tree(u->left, true), b_yes == l);
+        t->left = maketree(OROR, a_cond, b_cond, tp->mk_int(TYPE::ik_int), t->scope);
+        set_label_operand(taken, l);
+        set_label_operand(not_taken, m);
+        return true;
+    }
+    return false;
+}
+
 bool rewrite_terminator(BBLK* b) {
     NODE* t = last_stmt(b);
     if (!t)
@@ -219,7 +274,7 @@ bool rewrite_terminator(BBLK* b) {
         return true;
     switch (t->op) {
     case IF:
-        return rewrite_IF(b, t);
+        return rewrite_IF(b, t) || (full_mode && join_OROR(b, t));
     case SWITCH:
         return rewrite_SWITCH(b, t);
     default:
@@ -304,6 +359,57 @@ void delete_dead_blocks() {
     f->bb_count = dfn;
 }
 
+// A short prefix form of a tree, for the log.
+std::string tree_text(const NODE* t) {
+    if (!t)
+        return "-";
+    std::string s = node_operator_name[t->op] ? node_operator_name[t->op] : "?";
+    if (t->op == NAME && t->name_symbol() && t->name_symbol()->name)
+        return s + " " + t->name_symbol()->name;
+    if (t->op == ICON)
+        return s + " " + std::to_string(static_cast<long long>(t->icon_svalue()));
+    if (t->op == LABEL)
+        return s + " " + std::to_string(t->label_value());
+    if (t->left)
+        s += "(" + tree_text(t->left) + (t->right ? ", " + tree_text(t->right) : "") + ")";
+    return s;
+}
+
+// A block holding only an IF, reached only from IFs that tested a congruent
+// pure condition, is reached with the outcome known: its IF becomes a BRANCH.
+// Purity matters: a volatile read or an effect must happen on every test.
+bool remove_redundant_IF(BBLK* b) {
+    NODE* t = lone_IF(b);
+    if (!t || b == entry_bb() || !b->preds || !condition_is_pure(t->left))
+        return false;
+    int outcome = -1; // 1: reached when the test held, 0: when it failed
+    for (EDGE* e = b->preds; e; e = e->next) {
+        BBLK* p = e->bb;
+        NODE* pt = last_stmt(p);
+        if (p == b || !pt || pt->op != IF || !trees_are_congruent(pt->left, t->left, 0))
+            return false;
+        const bool yes = label_target(pt->right->left) == b;
+        const bool no = label_target(pt->right->right) == b;
+        if (yes == no || (outcome >= 0 && outcome != int(yes)))
+            return false;
+        outcome = int(yes);
+    }
+    BBLK* to = label_target(outcome ? t->right->left : t->right->right);
+    if (!to)
+        return false;
+    dprintf("\n\tIF in bb %d is redundant with bb %d:\n\t\t%s\n", b->dfn, b->preds->bb->dfn,
+            tree_text(t).c_str());
+    make_branch(b, to, nullptr);
+    reset_successors(b);
+    return true;
+}
+
+void remove_redundant_IFs() {
+    for (BBLK* b = currfuninfo->bb_list; b; b = b->next)
+        if (remove_redundant_IF(b))
+            changed = true;
+}
+
 } // namespace
 
 void simpcfg(bool full, bool /*may_speculate*/) {
@@ -311,10 +417,13 @@ void simpcfg(bool full, bool /*may_speculate*/) {
     if (!f || !f->bb_list)
         return;
     bool any = false;
+    full_mode = full;
     for (int round = 0; round < max_rounds; round++) {
         changed = false;
-        if (full && f->loop_kind == 0)
+        if (full && f->loop_kind == 0) {
             do_early_cross_jumping();
+            remove_redundant_IFs();
+        }
         for (BBLK* b = f->bb_list; b; b = b->next)
             simplify_block(b);
         delete_dead_blocks();

@@ -5,6 +5,7 @@
 #include <deque>
 #include <initializer_list>
 #include <map>
+#include <string>
 #include <vector>
 
 #include "driver/driver.h"
@@ -536,5 +537,117 @@ TEST_F(Cfg, LoopWhoseOnlyExitIsAReturnStays) {
     EXPECT_GT(body->dfn, head->dfn) << "the back edge is the only one that goes up";
     for (BBLK* b : blocks())
         EXPECT_NE(last_stmt(b)->op, URETURN) << "nothing reaches the exit block";
+    EXPECT_EQ(blocks().size(), 4u);
+}
+
+TEST_F(Cfg, RepeatedTestOfThePredecessorIsDecidedAndLogged) {
+    FILE* log = tmpfile();
+    FILE* saved = fdebug;
+    fdebug = log;
+    print_debug = 1;
+    // if (c) goto 1 else 2; L1: if (c) goto 3 else 4; L2: x=2; ...
+    build({mark(0), iff(cond(), 1, 2), label(1), iff(cond(), 3, 4), label(2), mark(2), ret(),
+           label(3), mark(3), ret(), label(4), mark(4), ret()});
+    const int test_dfn = targets(f->bb_list)[0]->dfn;
+    simpcfg(true, false);
+    print_debug = 0;
+    fdebug = saved;
+    check();
+    EXPECT_EQ(block_with(4), nullptr) << "c held on the only way in";
+    ASSERT_NE(block_with(3), nullptr);
+    EXPECT_EQ(targets(f->bb_list), (std::vector<BBLK*>{block_with(3), block_with(2)}));
+    EXPECT_EQ(blocks().size(), 3u);
+    rewind(log);
+    char text[2048] = {};
+    fread(text, 1, sizeof text - 1, log);
+    fclose(log);
+    const std::string line = "\n\tIF in bb " + std::to_string(test_dfn) +
+                             " is redundant with bb 1:\n\t\tIF(NAME c, COLON(LABEL ";
+    EXPECT_NE(strstr(text, line.c_str()), nullptr) << text;
+}
+
+TEST_F(Cfg, RepeatedTestIsKeptWhenTheWaysInDisagree) {
+    // Reached once with c true and once with c false: the test decides.
+    // if (c) goto 1 else 5; L5: x=5; if (c) goto 6 else 1; L1: if (c) goto 3 else 4; ...
+    build({iff(cond(), 1, 5), label(5), mark(5), iff(cond(), 6, 1), label(6), mark(6), ret(),
+           label(1), iff(cond(), 3, 4), label(3), mark(3), ret(), label(4), mark(4), ret()});
+    simpcfg(true, false);
+    check();
+    ASSERT_NE(block_with(3), nullptr);
+    ASSERT_NE(block_with(4), nullptr);
+    BBLK* test = targets(f->bb_list)[0];
+    ASSERT_EQ(last_stmt(test)->op, IF);
+    EXPECT_EQ(targets(test), (std::vector<BBLK*>{block_with(3), block_with(4)}));
+}
+
+TEST_F(Cfg, RepeatedVolatileTestIsKept) {
+    // Each read of a volatile is an access of its own and may see a new value.
+    SYMTAB* v = symbol("v");
+    v->type = tp->mk_qual(int_type(), 2);
+    build({iff(mk_NAME(v, nullptr), 1, 2), label(1), iff(mk_NAME(v, nullptr), 3, 4), label(2),
+           mark(2), ret(), label(3), mark(3), ret(), label(4), mark(4), ret()});
+    simpcfg(true, false);
+    check();
+    ASSERT_NE(block_with(4), nullptr);
+    BBLK* test = targets(f->bb_list)[0];
+    ASSERT_EQ(last_stmt(test)->op, IF);
+    EXPECT_EQ(last_stmt(test)->left->name_symbol(), v);
+}
+
+TEST_F(Cfg, TwoTestsWithOneTargetJoinToAnOr) {
+    SYMTAB* d = symbol("d");
+    // if (c) goto 1 else 2; L2: if (d) goto 1 else 3; L1: x=1; return; L3: x=3; return
+    build({iff(cond(), 1, 2), label(2), iff(mk_NAME(d, nullptr), 1, 3), label(1), mark(1), ret(),
+           label(3), mark(3), ret()});
+    simp();
+    EXPECT_EQ(blocks().size(), 4u) << "only in full mode";
+    simpcfg(true, false);
+    check();
+    ASSERT_EQ(blocks().size(), 3u);
+    NODE* t = last_stmt(f->bb_list);
+    ASSERT_EQ(t->op, IF);
+    ASSERT_EQ(t->left->op, OROR);
+    EXPECT_EQ(t->left->left->name_symbol(), c);
+    EXPECT_EQ(t->left->right->name_symbol(), d);
+    EXPECT_EQ(targets(f->bb_list), (std::vector<BBLK*>{block_with(1), block_with(3)}));
+
+    // Arms the other way round: if (!c || !d) goto 1 else 3.
+    erase_bblocks(f);
+    build({iff(cond(), 2, 1), label(2), iff(mk_NAME(d, nullptr), 3, 1), label(1), mark(1), ret(),
+           label(3), mark(3), ret()});
+    simpcfg(true, false);
+    check();
+    t = last_stmt(f->bb_list);
+    ASSERT_EQ(t->left->op, OROR);
+    NODE* not_c = mk_EXCLAIM(cond());
+    NODE* not_d = mk_EXCLAIM(mk_NAME(d, nullptr));
+    EXPECT_TRUE(trees_are_congruent(t->left->left, not_c, 0));
+    EXPECT_TRUE(trees_are_congruent(t->left->right, not_d, 0));
+    erase_tree(not_c);
+    erase_tree(not_d);
+    EXPECT_EQ(targets(f->bb_list), (std::vector<BBLK*>{block_with(1), block_with(3)}));
+}
+
+TEST_F(Cfg, SecondTestWithWorkBeforeItIsNotJoined) {
+    SYMTAB* d = symbol("d");
+    // x=2 runs only when c fails; joining would skip it.
+    build({iff(cond(), 1, 2), label(2), mark(2), iff(mk_NAME(d, nullptr), 1, 3), label(1), mark(1),
+           ret(), label(3), mark(3), ret()});
+    simpcfg(true, false);
+    check();
+    NODE* t = last_stmt(f->bb_list);
+    ASSERT_EQ(t->op, IF);
+    EXPECT_EQ(t->left->name_symbol(), c);
+    EXPECT_EQ(targets(f->bb_list)[1], block_with(2));
+}
+
+TEST_F(Cfg, TestsWithEffectsAreNotJoined) {
+    SYMTAB* v = symbol("v");
+    v->type = tp->mk_qual(int_type(), 2);
+    build({iff(cond(), 1, 2), label(2), iff(mk_NAME(v, nullptr), 1, 3), label(1), mark(1), ret(),
+           label(3), mark(3), ret()});
+    simpcfg(true, false);
+    check();
+    EXPECT_EQ(last_stmt(f->bb_list)->left->op, NAME);
     EXPECT_EQ(blocks().size(), 4u);
 }
