@@ -100,6 +100,41 @@ NODE* pmconv_to_mult(NODE* t) {
     return t;
 }
 
+// On file a test is CBRANCH(test, LABEL L): go to L, else fall through. In
+// memory it is an IF with both targets, so that it ends a block with two
+// successors; the fall-through gets a label of its own where it has none.
+// The list runs last statement first, so the statement after a cell is the
+// cell before it.
+void cbranches_to_ifs() {
+    LIST* after = nullptr;
+    for (LIST** slot = &currfuninfo->stmts; *slot; slot = &(*slot)->next) {
+        LIST* cell = *slot;
+        NODE* t = cell->tree;
+        if (t && t->op == CBRANCH && t->right && t->right->op == LABEL) {
+            int fall_through;
+            if (after && after->tree && after->tree->op == LABELDEF) {
+                fall_through = after->tree->label_value();
+            } else {
+                LBL* label = mklabel(0, nullptr, nullptr);
+                fall_through = label->number;
+                NODE* def = mk_LABELDEF(label);
+                def->scope = t->scope;
+                // The new label goes between this statement and the next.
+                *slot = mkelist(def, cell, nullptr);
+                slot = &(*slot)->next;
+            }
+            NODE* taken = t->right;
+            NODE* test = t->left;
+            t->left = t->right = nullptr;
+            NODE* branch = mk_IF(test, taken, mk_LABELREF(fall_through, t->scope), t->scope);
+            branch->edge_profile = t->edge_profile;
+            erase_node(t);
+            cell->tree = branch;
+        }
+        after = cell;
+    }
+}
+
 // Applies fn to every node of the tree, children first.
 template <class FN> void for_each_node(NODE* t, FN fn) {
     if (!t)
@@ -469,6 +504,8 @@ void IF_CLIENT::cl_begin_func(SYMTAB* sym, PSN* psn) {
     snprintf(curr_file, sizeof curr_file, "%s", file);
     currfuninfo->stmts = nullptr;
     currfuninfo->symbols = nullptr;
+    // Generated label numbers start again at -1 for each function.
+    currfuninfo->last_label = 0;
     // A definition read again gets its table again.
     function_eht(currfuninfo).clear();
     lex = 1;
@@ -618,6 +655,7 @@ void IF_CLIENT::cl_end_func(PSN*) {
     check_for_synonym_function_in_pass_1();
     check_integrable_definition();
     currfuninfo->defined = true;
+    cbranches_to_ifs();
     seq_trees();
     buildcfg();
     simpcfg(false, false);

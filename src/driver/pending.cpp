@@ -97,10 +97,6 @@ void erase_all() {}
 
 // Reading and writing function bodies and initial data.
 void I_FILE::if_write_init(SYMTAB*) {}
-void write_func_header() {}
-void write_func_body() {}
-void wrtree(NODE*) {}
-void revert_symbol_type(SYMTAB*) {}
 void write_symbol_init(SYMTAB*) {}
 
 // The simplifier.
@@ -290,6 +286,3 @@ NODE* convert_CBRANCH_with_builtin_expect(NODE* t) { return t; }
 NODE* fix_BIF_types(NODE* t) { return t; }
 // No profile is read.
 void initialize_the_profiling_state(NODE*) {}
-// File-level assembly, comments and pragmas are not written yet.
-void wrasmr(int, const char*, PSN*) {}
-void I_FILE::if_write_pragma(PRAGMA*) {}

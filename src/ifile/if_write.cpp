@@ -1,8 +1,11 @@
 // Creating and closing an output file: the header and the tail sections.
+#include "driver/diag.h"
 #include "ifile/if_impl.h"
 #include "ifile/ifile.h"
+#include "ir/symtab.h"
 
 #include <cstdlib>
+#include <vector>
 
 using namespace ifile_impl;
 
@@ -106,8 +109,106 @@ void I_FILE::if_write_all_files() {
     i_write_eof();
 }
 
+// Every symbol given to if_enter_global, in that order: their places are the
+// indexes that NAME records and begin func records of the output already use.
 void I_FILE::if_write_all_globals() {
     global_offset = static_cast<uint32_t>(if_tell());
-    // The global symbols with their pragmas go here, ahead of the end marker.
+    for (unsigned i = 0; i < global_count; i++) {
+        // A gap would shift every later index.
+        OPTASSERT(globals[i] != nullptr);
+        if_write_symbol(globals[i]);
+    }
     i_write_eof();
+}
+
+void I_FILE::if_write_pragma(PRAGMA* p) {
+    i_write_uint(p->kind);
+    i_write_uint(static_cast<uint32_t>(p->nargs));
+    for (int i = 0; i < p->nargs; i++)
+        i_write_string(p->args[i] ? p->args[i] : "", 0);
+    i_flush(IF_PRAGMA);
+}
+
+void I_FILE::if_write_symbol(SYMTAB* sym) {
+    // The reader refuses a symbol without a type.
+    OPTASSERT(sym->type != nullptr);
+    // The client puts each pragma read in front of the list: walking it from
+    // the end gives the file order back, so a file read and written again
+    // keeps its bytes.
+    std::vector<PRAGMA*> pragmas;
+    for (PRAGMA* p = sym->pragmas; p; p = p->next)
+        pragmas.push_back(p);
+    OPTASSERT(pragmas.size() <= 255);
+    i_write_string(sym->name ? sym->name : "", 0);
+    // The table counts bytes, the file bits.
+    i_write_uint(sym->size * 8);
+    i_write_uint(sym->offset);
+    i_write_i8(sym->sclass);
+    i_write_i16(sym->qual);
+    i_write_typeref(sym->type);
+    i_write_typeref(sym->stype);
+    i_write_uint(sym->align);
+    i_write_i8(static_cast<int>(pragmas.size()));
+    i_write_uint(sym->file_offset);
+    i_write_uint(sym->extra);
+    i_write_psn(sym->psn);
+    i_flush(IF_SYMBOL);
+    for (auto it = pragmas.rbegin(); it != pragmas.rend(); ++it)
+        if_write_pragma(*it);
+}
+
+void I_FILE::if_write_begin_func(SYMTAB* sym, const PSN* psn) {
+    OPTASSERT(sym->file_level == 0 && sym->file_index < global_count &&
+              globals[sym->file_index] == sym);
+    sym->file_offset = static_cast<uint32_t>(if_tell());
+    i_write_psn(psn);
+    i_write_uint(sym->file_index);
+    i_flush(IF_BEGIN_FUNC);
+    local_count = 0;
+    lex_level = 1;
+}
+
+void I_FILE::if_write_control(int kind, const PSN* psn) {
+    i_write_psn(psn);
+    i_flush(kind);
+    switch (kind) {
+    case IF_END_FUNC:
+        lex_level = 0;
+        break;
+    case IF_END_ARGS:
+        lex_level = 2;
+        break;
+    case IF_BEGIN_BLOCK:
+        lex_level++;
+        break;
+    case IF_END_BLOCK:
+        lex_level--;
+        break;
+    case IF_END_LOCALS:
+        break;
+    default:
+        // Only the records whose body is just a position come here.
+        OPTASSERT(false);
+    }
+}
+
+void I_FILE::if_write_label(unsigned number) {
+    i_write_uint(number);
+    i_flush(IF_LABEL);
+}
+
+void I_FILE::if_write_comment(const char* text) {
+    i_write_string(text, 0);
+    i_flush(IF_COMMENT);
+}
+
+void I_FILE::if_write_assembly(const char* text, const PSN* psn) {
+    i_write_string(text, 0);
+    i_write_psn(psn);
+    i_flush(IF_ASSEMBLY);
+}
+
+void I_FILE::if_write_func_info(int value) {
+    i_write_i8(value);
+    i_flush(IF_FUNC_INFO);
 }

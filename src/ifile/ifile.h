@@ -185,8 +185,20 @@ public:
     // of what it will write (each position's file name goes in its table).
     void if_enter_global(SYMTAB* sym);
     void if_write_init(SYMTAB* sym);
-    // A pragma of no symbol, at file level.
+    // A pragma record; at file level or as a statement of a function.
     void if_write_pragma(PRAGMA* p);
+    // A symbol record with its pragma records, in the order they were read.
+    void if_write_symbol(SYMTAB* sym);
+    // Begin func: the symbol's file_offset becomes this record's offset in the
+    // output, and local numbering starts again.
+    void if_write_begin_func(SYMTAB* sym, const PSN* psn);
+    // End func, begin and end block, end args, end locals; they move
+    // `lex_level` as the reader does, so that locals get the reader's scopes.
+    void if_write_control(int kind, const PSN* psn);
+    void if_write_label(unsigned number);
+    void if_write_comment(const char* text);
+    void if_write_assembly(const char* text, const PSN* psn);
+    void if_write_func_info(int value);
     void if_enter_option_set(unsigned set_number, unsigned count, char** strings);
 
     // Types. The type section is read before anything that refers to a type;

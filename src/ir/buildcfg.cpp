@@ -115,6 +115,8 @@ private:
             LS* scope = t->scope;
             PSN* psn = cell->psn;
             front->labels = mklabel(number, front->labels, front);
+            // Two labels of one number would send jumps to the wrong block.
+            OPTASSERT(label_mapping.count(number) == 0);
             label_mapping[number] = front->labels;
             erase_tree(t);
             delete cell;
@@ -201,7 +203,8 @@ void order_successors(BBLK* b) {
 
 void buildcfg() {
     FUNINFO* f = currfuninfo;
-    f->last_label = 0;
+    // The label counter runs from the start of the function: the reader may
+    // already have made labels for fall-through targets.
     label_mapping.clear();
     cfg_builder builder(f);
     f->bb_list = builder.run(f->stmts);

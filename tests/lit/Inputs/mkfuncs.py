@@ -2,7 +2,9 @@
 """Writes an intermediate file with two small functions, f1 and f2, each with
 one local and one statement "x = 1", independently of the project's writer.
 
-Usage: mkfuncs.py OUT
+Usage: mkfuncs.py OUT [--branch]
+
+With --branch, f2 is "x = 1; if (x) goto L5; x = 2; L5: x = 3;" instead.
 """
 import struct
 import sys
@@ -49,13 +51,25 @@ def function(index, line):
             record(46, psn(line + 1)) + assign + record(2, psn(line + 2)))
 
 
+def function_with_branch(index, line):
+    """x = 1; if (x) goto L5; x = 2; L5: x = 3;"""
+    def set_x(v):
+        return record(46, psn(line)) + node(58, INT) + node(2, INT, uleb(2) + uleb(0)) + node(4, INT, sleb(v))
+    test = (record(46, psn(line)) + node(109, 0) + node(2, INT, uleb(2) + uleb(0)) +
+            node(1, 0, uleb(5)))
+    return (record(1, psn(line) + uleb(index)) + record(5, psn(line)) +
+            symbol("x", 32, 1, INT) + record(6, psn(line)) +
+            set_x(1) + test + set_x(2) + record(42, uleb(5)) + set_x(3) + record(2, psn(line + 9)))
+
+
 def main():
     types = (type_rec(INT, 6, bytes([0]) + uleb(32) + uleb(32) + bytes([0, 0])) +
              type_rec(FUNC, 20, uleb(INT) + bytes([0, 1, 0, 0])) +
              type_rec(FUNC, 254, bytes([0])) + type_rec(FUNC, 255, bytes([0])))
     names = record(126, cstr("two.c"))
     globals_ = symbol("f1", 0, 2, FUNC) + symbol("f2", 0, 2, FUNC)
-    stream = function(0, 1) + function(1, 10) + b"\xff"
+    second = function_with_branch if "--branch" in sys.argv[2:] else function
+    stream = function(0, 1) + second(1, 10) + b"\xff"
 
     def header(offsets):
         body = cstr("!<icode>\n") + struct.pack("<hh", -73, 400)
