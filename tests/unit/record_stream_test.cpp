@@ -393,7 +393,7 @@ TEST_F(RecordStream, PragmasOfSymbolsSetFlagsAndPins) {
     no_outside_writers = 1;
     I_FILE* r = open_at_stream(image);
     EXPECT_EQ(find_FUNINFO("f")->flags & 0x222u, 0x222u);
-    // An exception specification whose second argument is "0" changes nothing.
+    // A throw clause whose second argument is "0" changes nothing.
     EXPECT_EQ(find_FUNINFO("h")->flags & 0x222u, 0u);
     EXPECT_EQ(no_outside_writers, 0);
     for (int i = 0; i < 4; i++)
