@@ -232,10 +232,9 @@ NODE* copy_dd_node(const NODE* t) {
 void release_dd_info(NODE* t) { t->dd_info = nullptr; }
 void delete_PTENV(PTENV*, int) {}
 
-// Comparing floating constants and two IF statements. "Not congruent" is the
-// answer under which no expression is merged wrongly.
+// Comparing floating constants. "Not congruent" is the answer under which no
+// expression is merged wrongly.
 bool f_bit_eq(const simul_fval* a, const simul_fval* b) { return a == b; }
-bool bools_are_congruent(const NODE*, const NODE*) { return false; }
 
 // Symbols.
 // The code generator reserves the register; the optimizer has nothing to keep out of it.

@@ -185,3 +185,41 @@ NODE* subst_tree_for_lvalue_in_tree(NODE* replacement, const NODE* lvalue, NODE*
     t->right = subst_tree_for_lvalue_in_tree(replacement, lvalue, t->right);
     return t;
 }
+
+namespace {
+
+// The label number an arm of IF(test, COLON(taken, not_taken)) goes to.
+bool arm_label(const NODE* arm, int& number) {
+    if (!arm || arm->op != LABEL)
+        return false;
+    number = arm->label_value();
+    return true;
+}
+
+// Whether `a` is the logical negation of `b`, without evaluating either
+// differently: !x against x, or a relation against its inverse on the same
+// operands where the inversion holds (not for floating order, because of NaN).
+bool tests_are_inverse(const NODE* a, const NODE* b) {
+    if (a->op == EXCLAIM && a->left && trees_are_congruent(a->left, b, 0))
+        return true;
+    if (b->op == EXCLAIM && b->left && trees_are_congruent(b->left, a, 0))
+        return true;
+    if (boolean_inv[a->op] == NONE || boolean_inv[a->op] != b->op || !a->left || !a->right ||
+        !b->left || !b->right || !tree_is_trivially_invertible(a))
+        return false;
+    return trees_are_congruent(a->left, b->left, 0) && trees_are_congruent(a->right, b->right, 0);
+}
+
+} // namespace
+
+bool bools_are_congruent(const NODE* a, const NODE* b) {
+    if (a->op != IF || b->op != IF || !a->left || !b->left || !a->right || !b->right)
+        return false;
+    int a_taken, a_not, b_taken, b_not;
+    if (!arm_label(a->right->left, a_taken) || !arm_label(a->right->right, a_not) ||
+        !arm_label(b->right->left, b_taken) || !arm_label(b->right->right, b_not))
+        return false;
+    if (a_taken == b_taken && a_not == b_not && trees_are_congruent(a->left, b->left, 0))
+        return true;
+    return a_taken == b_not && a_not == b_taken && tests_are_inverse(a->left, b->left);
+}

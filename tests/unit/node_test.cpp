@@ -483,3 +483,39 @@ TEST(TypedTrees, AddressConstants) {
     for (NODE* t : {adcon, of_local, read})
         erase_tree(t);
 }
+
+TEST(TypedTrees, TwoIfsAgreeWhenTheyTestTheSameOrTheInverseWithSwappedArms) {
+    SYMTAB* a = symbol("a");
+    SYMTAB* b = symbol("b");
+    SYMTAB* f = symbol("f");
+    f->type = tp->mk_fltpt(TYPE::fk_double);
+    const auto label = [](int n) {
+        NODE* l = new_node(LABEL, nullptr);
+        l->mk_label(static_cast<unsigned>(n));
+        return l;
+    };
+    const auto mk_if = [&](NODE* test, int taken, int not_taken) {
+        return maketree(IF, test, maketree(COLON, label(taken), label(not_taken), nullptr, nullptr),
+                        nullptr, nullptr);
+    };
+    const auto rel = [&](int op, SYMTAB* x, SYMTAB* y) {
+        return maketree(op, mk_NAME(x, nullptr), mk_NAME(y, nullptr), int_type(), nullptr);
+    };
+    NODE* lt = mk_if(rel(LT, a, b), 1, 2);
+    NODE* same = mk_if(rel(LT, a, b), 1, 2);
+    NODE* inverse = mk_if(rel(GE, a, b), 2, 1);
+    NODE* inverse_same_arms = mk_if(rel(GE, a, b), 1, 2);
+    NODE* negated = mk_if(mk_EXCLAIM(rel(LT, a, b)), 2, 1);
+    NODE* other = mk_if(rel(LT, b, a), 1, 2);
+    EXPECT_TRUE(bools_are_congruent(lt, same));
+    EXPECT_TRUE(bools_are_congruent(lt, inverse));
+    EXPECT_FALSE(bools_are_congruent(lt, inverse_same_arms));
+    EXPECT_TRUE(bools_are_congruent(lt, negated));
+    EXPECT_FALSE(bools_are_congruent(lt, other));
+    // f < f and f >= f are both false for a NaN: not inverses.
+    NODE* flt = mk_if(rel(LT, f, f), 1, 2);
+    NODE* fge = mk_if(rel(GE, f, f), 2, 1);
+    EXPECT_FALSE(bools_are_congruent(flt, fge));
+    for (NODE* t : {lt, same, inverse, inverse_same_arms, negated, other, flt, fge})
+        erase_tree(t);
+}
