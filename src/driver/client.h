@@ -19,6 +19,9 @@ extern char curr_file[2048];
 extern int unique_call_index;
 extern int arg_offset;
 extern int output_index;
+// Set by tools that only look at a file: a function read is turned into
+// blocks and left as the file says, with no optimization of its own.
+extern bool client_reads_only;
 
 // The exception table of a function, sorted and renumbered; entry 0 is the
 // zero entry the client adds. Empty when the function has none.

@@ -27,6 +27,7 @@ char curr_file[2048];
 int unique_call_index;
 int arg_offset;
 int output_index;
+bool client_reads_only;
 
 namespace {
 
@@ -650,14 +651,17 @@ void IF_CLIENT::cl_end_func(PSN*) {
             if (is_call(t))
                 t->call_id = 0;
         });
-    for (LIST* l = currfuninfo->stmts; l; l = l->next)
-        l->tree = simp_tree(fix_BIF_types(l->tree), nullptr, nullptr);
+    if (!client_reads_only)
+        for (LIST* l = currfuninfo->stmts; l; l = l->next)
+            l->tree = simp_tree(fix_BIF_types(l->tree), nullptr, nullptr);
     check_for_synonym_function_in_pass_1();
     check_integrable_definition();
     currfuninfo->defined = true;
     cbranches_to_ifs();
     seq_trees();
     buildcfg();
+    if (client_reads_only)
+        return;
     simpcfg(false, false);
     fast_CP(4, 1);
     preprocess_fundef();

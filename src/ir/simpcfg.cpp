@@ -266,6 +266,101 @@ bool join_OROR(BBLK* a_bb, NODE* t) {
     return false;
 }
 
+constexpr long long asm_kind_comment = 47;
+
+// A block that only carries comments to its BRANCH: dropping it loses no code.
+// Inline assembly is code and keeps its block.
+bool holds_only_comments_and_branch(const BBLK* b) {
+    const LIST* s = b->statements;
+    for (; s && s->next; s = s->next)
+        if (s->tree->op != ASM || s->tree->value != INT65(asm_kind_comment))
+            return false;
+    return s && s->tree->op == BRANCH;
+}
+
+// if (c) goto A else J; A: <comments> goto J  =>  both labels name J.
+bool drop_empty_then_arm(BBLK* b, NODE* t) {
+    BBLK* arm = label_target(t->right->left);
+    BBLK* join = label_target(t->right->right);
+    if (!arm || !join || arm == join || arm == b || arm == entry_bb() ||
+        (arm->flags & BB_KEEP_DUPLICATE_TEST) || !holds_only_comments_and_branch(arm) ||
+        label_target(last_stmt(arm)->left) != join || !arm->preds || arm->preds->next ||
+        edge_length(join->preds) != 2)
+        return false;
+    set_label_operand(t->right->left, join);
+    return true;
+}
+
+// The test as a 0/1 value.
+NODE* make_boolean(NODE* c) {
+    switch (c->op) {
+    case EQ:
+    case NEQ:
+    case LE:
+    case LT:
+    case GE:
+    case GT:
+    case ULE:
+    case ULT:
+    case UGE:
+    case UGT:
+    case EXCLAIM:
+    case ANDAND:
+    case OROR:
+        return c;
+    default:
+        return maketree(NEQ, c, mk_ICON(INT65(0), c->type), tp->mk_int(TYPE::ik_int), c->scope);
+    }
+}
+
+// A variable that may be read and written on a path that did not touch it:
+// a local (no other thread may own it then) that is not volatile.
+bool may_store_unconditionally(const NODE* lhs) {
+    if (lhs->op != NAME || type_is_volatile(lhs->type) || !lhs->type->is_integral())
+        return false;
+    const SYMTAB* s = lhs->name_symbol();
+    return s && s->lex >= 1 && !symbol_is_volatile(s) && s->sclass != SC_STATIC &&
+           s->sclass != SC_GLOBAL_DEF && s->sclass != SC_EXTERN_DECL;
+}
+
+// if (c) x = x + 1;  =>  x = x + (c != 0), likewise -, | and ^ with 1.
+bool fold_increment_diamond(BBLK* b, NODE* t) {
+    for (bool arm_taken : {true, false}) {
+        BBLK* arm = label_target(arm_taken ? t->right->left : t->right->right);
+        BBLK* join = label_target(arm_taken ? t->right->right : t->right->left);
+        if (!arm || !join || arm == join || arm == b || arm == entry_bb() ||
+            (arm->flags & BB_KEEP_DUPLICATE_TEST) || !arm->preds || arm->preds->next)
+            continue;
+        const LIST* s = arm->statements;
+        if (!s || !s->next || s->next->next || s->next->tree->op != BRANCH ||
+            label_target(s->next->tree->left) != join)
+            continue;
+        const NODE* asg = s->tree;
+        if (asg->op != ASG || !may_store_unconditionally(asg->left))
+            continue;
+        const NODE* rhs = asg->right;
+        if ((rhs->op != PLUS && rhs->op != MINUS && rhs->op != ORB && rhs->op != XORB) ||
+            !trees_are_congruent(rhs->left, asg->left, 0) || rhs->right->op != ICON ||
+            rhs->right->value != INT65(1))
+            continue;
+        // Evaluated once either way; it must be free of effects and volatile reads
+        // to be moved into the assignment.
+        NODE* c = t->left;
+        if (!condition_is_pure(c) || !(c->type->is_integral() || boolean_inv[c->op] != NONE))
+            continue;
+        t->left = nullptr;
+        NODE* bit = make_boolean(as_tested(c, arm_taken));
+        if (!exact_types(bit->type, asg->left->type))
+            bit = maketree(SCONV, bit, nullptr, asg->left->type, t->scope);
+        NODE* sum = maketree(rhs->op, copy_tree(asg->left, true), bit, rhs->type, rhs->scope);
+        insert_stmt_before_stmt_in_bb(mk_ASG(copy_tree(asg->left, true), sum), last_stmt_cell(b),
+                                      b);
+        make_branch(b, join, nullptr);
+        return true;
+    }
+    return false;
+}
+
 bool rewrite_terminator(BBLK* b) {
     NODE* t = last_stmt(b);
     if (!t)
@@ -274,7 +369,8 @@ bool rewrite_terminator(BBLK* b) {
         return true;
     switch (t->op) {
     case IF:
-        return rewrite_IF(b, t) || (full_mode && join_OROR(b, t));
+        return rewrite_IF(b, t) || fold_increment_diamond(b, t) || drop_empty_then_arm(b, t) ||
+               (full_mode && join_OROR(b, t));
     case SWITCH:
         return rewrite_SWITCH(b, t);
     default:
