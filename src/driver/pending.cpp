@@ -102,6 +102,11 @@ void write_symbol_init(SYMTAB*) {}
 // The simplifier.
 NODE* simp_tree(NODE* t, LOOP*, CONTEXT*) { return t; }
 NODE* insert_mandatory_casts(NODE* t) { return t; }
+INT65 calculate_minval_for_tree(NODE* t, LOOP*, CONTEXT*) { return int_type_min(t->type); }
+INT65 calculate_maxval_for_tree(NODE* t, LOOP*, CONTEXT*) { return int_type_max(t->type); }
+INT65 max_ICON_factor(NODE*, LOOP*, CONTEXT*, int) { return INT65(1); }
+INT65 find_known_zeros(NODE*, TYPE*) { return INT65(0); }
+INT65 find_known_ones(NODE*, TYPE*) { return INT65(0); }
 void transform_DIVs_by_ICONs() {}
 void unsimplify() {}
 void fold_ANDBASGs() {}
