@@ -508,6 +508,8 @@ void IF_CLIENT::cl_begin_func(SYMTAB* sym, PSN* psn) {
     // Generated label numbers start again at -1 for each function.
     currfuninfo->last_label = 0;
     // A definition read again gets its table again.
+    for (EHT_ENTRY& e : function_eht(currfuninfo))
+        free_eht_followers(e);
     function_eht(currfuninfo).clear();
     lex = 1;
     symbol_ordinal = 0;

@@ -218,6 +218,8 @@ void interleave_reductions_in_loop() {}
 void dump_dependence_matrix() {}
 void do_dd_analysis_for_be() {}
 void finalize_dd_edges() {}
+// No load speculation advice is collected.
+void finalize_ldspec_advice() {}
 LOOP* current_loops() { return nullptr; }
 
 // Low-level IR.

@@ -35,17 +35,22 @@ void enter_symbol(SYMTAB**& table, unsigned& capacity, unsigned& count, unsigned
 
 } // namespace
 
+void free_eht_followers(EHT_ENTRY& entry) {
+    erase_tree(entry.expr);
+    entry.expr = nullptr;
+    if (entry.catches) {
+        for (uint32_t c = 0; c < entry.third; c++)
+            free(entry.catches[c].type_name);
+        free(entry.catches);
+        entry.catches = nullptr;
+    }
+}
+
 void free_eht(EHT_ENTRY* table, unsigned count) {
     if (!table)
         return;
-    for (unsigned i = 0; i < count; i++) {
-        erase_tree(table[i].expr);
-        if (table[i].catches) {
-            for (uint32_t c = 0; c < table[i].third; c++)
-                free(table[i].catches[c].type_name);
-            free(table[i].catches);
-        }
-    }
+    for (unsigned i = 0; i < count; i++)
+        free_eht_followers(table[i]);
     free(table);
 }
 

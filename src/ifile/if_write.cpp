@@ -212,3 +212,62 @@ void I_FILE::if_write_func_info(int value) {
     i_write_i8(value);
     i_flush(IF_FUNC_INFO);
 }
+
+void I_FILE::if_write_loop(uint32_t number, uint32_t second, uint32_t min_trips,
+                           uint32_t max_trips, uint32_t factor, unsigned flags) {
+    for (uint32_t v : {number, second, min_trips, max_trips, factor})
+        i_write_uint(v);
+    i_write_i16(static_cast<long>(flags & 0xffff));
+    i_flush(IF_LOOP);
+}
+
+void I_FILE::if_write_inloop(uint32_t number, const SYMTAB* lcv, unsigned flags) {
+    i_write_uint(number);
+    i_write_sint(lcv ? static_cast<int32_t>(lcv->file_level) : -1);
+    i_write_sint(lcv ? static_cast<int32_t>(lcv->file_index) : -1);
+    i_write_i8(static_cast<int>(flags & 0xff));
+    i_flush(IF_INLOOP);
+}
+
+void I_FILE::if_write_dep_vector(const unsigned char* pairs, uint32_t id, unsigned flags,
+                                 unsigned count) {
+    i_write_uint(id);
+    i_write_i8(static_cast<int>(flags & 0xff));
+    i_write_i8(static_cast<int>(count & 0xff));
+    for (unsigned i = 0; i < 2 * count; i++)
+        i_write_i8(pairs[i]);
+    i_flush(IF_DEP_VECTOR);
+}
+
+void I_FILE::if_write_dep_edge(uint32_t vector, uint32_t first, uint32_t second) {
+    i_write_uint(vector);
+    i_write_uint(first);
+    i_write_uint(second);
+    i_flush(IF_DEP_EDGE);
+}
+
+void I_FILE::if_write_func_eht(const EHT_ENTRY* entries, unsigned count) {
+    // Entry 0 is the reader's own zero entry: the file never had it.
+    const unsigned written = count > 0 ? count - 1 : 0;
+    i_write_uint(written);
+    i_flush(IF_EHT);
+    for (unsigned i = 1; i < count; i++) {
+        const EHT_ENTRY& e = entries[i];
+        for (uint32_t v : {e.first, e.kind, e.second, e.third})
+            i_write_uint(v);
+        i_flush(IF_EHT_ENTRY);
+        if (e.kind == EHT_CLEANUP) {
+            // A cleanup entry without its expression could not be read back.
+            OPTASSERT(e.expr);
+            if_write_expr(e.expr, nullptr);
+        } else if (e.kind == EHT_CATCHES) {
+            for (uint32_t c = 0; c < e.third; c++) {
+                const EHT_CATCH& k = e.catches[c];
+                i_write_string(k.type_name ? k.type_name : "", 0);
+                i_write_uint(k.value);
+                i_write_bool(k.flag);
+            }
+            i_flush(IF_EHT_CATCH);
+        }
+    }
+}

@@ -78,6 +78,8 @@ struct EHT_ENTRY {
 enum : uint32_t { EHT_CLEANUP = 1, EHT_CATCHES = 2 };
 // Frees a table the client declined to keep, followers included.
 void free_eht(EHT_ENTRY* table, unsigned count);
+// Frees what follows one entry (its expression or catch clauses) and clears it.
+void free_eht_followers(EHT_ENTRY& entry);
 
 // A source position. Positions are allocated on reading and never freed.
 struct PSN {
@@ -199,6 +201,18 @@ public:
     void if_write_comment(const char* text);
     void if_write_assembly(const char* text, const PSN* psn);
     void if_write_func_info(int value);
+    // The code generator's loop records: a loop's numbers and trip counts,
+    // the block that begins it with its control variable (or none), and the
+    // dependence vectors and edges between its memory accesses.
+    void if_write_loop(uint32_t number, uint32_t second, uint32_t min_trips, uint32_t max_trips,
+                       uint32_t factor, unsigned flags);
+    void if_write_inloop(uint32_t number, const SYMTAB* lcv, unsigned flags);
+    // `pairs` holds `count` (kind, distance) byte pairs.
+    void if_write_dep_vector(const unsigned char* pairs, uint32_t id, unsigned flags,
+                             unsigned count);
+    void if_write_dep_edge(uint32_t vector, uint32_t first, uint32_t second);
+    // The exception table without the zero entry the reader added in front.
+    void if_write_func_eht(const EHT_ENTRY* entries, unsigned count);
     void if_enter_option_set(unsigned set_number, unsigned count, char** strings);
 
     // Types. The type section is read before anything that refers to a type;

@@ -5,6 +5,7 @@
 #include <set>
 #include <vector>
 
+#include "driver/client.h"
 #include "driver/diag.h"
 #include "driver/driver.h"
 #include "ifile/ifile.h"
@@ -16,6 +17,7 @@
 #include "ir/node.h"
 #include "ir/symtab.h"
 #include "ir/types.h"
+#include "loopnest/loopnest.h"
 #include "simplify/simplify.h"
 
 namespace {
@@ -174,6 +176,74 @@ void write_local_symbol(SYMTAB* s, bool& header_done) {
     }
     s->type = normalized;
     s->sclass = sclass;
+}
+
+template <class FN> void walk_nodes(NODE* t, FN& fn) {
+    for (; t; t = t->right) {
+        fn(t);
+        walk_nodes(t->left, fn);
+    }
+}
+
+// Exception table entries that no call names any more are removed and the
+// table closes up. Entries 0 and 1 always stay. An entry that a kept entry
+// links to stays too, or the link would dangle.
+void prune_eht(FUNINFO* f) {
+    std::vector<EHT_ENTRY>& eht = function_eht(f);
+    if (eht.empty())
+        return;
+    const size_t n = eht.size();
+    std::vector<bool> used(n, false);
+    used[0] = true;
+    if (n > 1)
+        used[1] = true;
+    std::vector<NODE*> calls;
+    auto note = [&](NODE* t) {
+        if ((t->op == CALL || t->op == UCALL) && t->call_id != 0) {
+            OPTASSERT(t->call_id > 0 && static_cast<size_t>(t->call_id) < n);
+            used[static_cast<size_t>(t->call_id)] = true;
+            calls.push_back(t);
+        }
+    };
+    for (BBLK* b = f->bb_list; b; b = b->next)
+        for (LIST* l = b->statements; l; l = l->next)
+            walk_nodes(l->tree, note);
+    for (EHT_ENTRY& e : eht)
+        if (e.kind == EHT_CLEANUP)
+            walk_nodes(e.expr, note);
+    for (bool grew = true; grew;) {
+        grew = false;
+        for (size_t i = 0; i < n; i++) {
+            if (!used[i])
+                continue;
+            for (uint32_t link : {eht[i].second, eht[i].kind == EHT_CATCHES ? 0u : eht[i].third}) {
+                OPTASSERT(link < n);
+                if (!used[link])
+                    used[link] = grew = true;
+            }
+        }
+    }
+    std::vector<uint32_t> place(n, 0);
+    std::vector<EHT_ENTRY> kept;
+    for (size_t i = 0; i < n; i++) {
+        if (used[i]) {
+            place[i] = static_cast<uint32_t>(kept.size());
+            kept.push_back(eht[i]);
+            // On file an entry is named by its number, and links and call
+            // ids are places in the table: the number becomes the place.
+            kept.back().first = place[i];
+        } else {
+            free_eht_followers(eht[i]);
+        }
+    }
+    for (EHT_ENTRY& e : kept) {
+        e.second = place[e.second];
+        if (e.kind != EHT_CATCHES)
+            e.third = place[e.third];
+    }
+    for (NODE* t : calls)
+        t->call_id = static_cast<int32_t>(place[static_cast<size_t>(t->call_id)]);
+    eht = std::move(kept);
 }
 
 // Each block's statements in file form: IF becomes CBRANCH to the taken
@@ -382,8 +452,14 @@ void write_func_body() {
         o_file->if_write_func_info(func_info_leaf);
         dprintf("\n%c\t'L':\t%s is a leaf function.\n", ';', f->name ? f->name : "");
     }
+    finalize_ldspec_advice();
+    prune_eht(f);
     if (f->bb_list)
         wrbblocks();
+    if (std::vector<EHT_ENTRY>& eht = function_eht(f); !eht.empty()) {
+        o_file->if_write_func_eht(eht.data(), static_cast<unsigned>(eht.size()));
+        dprintf("\n;\tEHT: %u entries\n", static_cast<unsigned>(eht.size() - 1));
+    }
     wrstcr(IF_END_FUNC, psn);
     f->flags |= fun_written;
     written_locals.clear();

@@ -28,5 +28,6 @@ void dump_dependence_matrix();
 void do_DVE_unit_testing();
 void do_dd_analysis_for_be();
 void finalize_dd_edges();
+void finalize_ldspec_advice();
 // The loop tree of the current function, or null.
 LOOP* current_loops();

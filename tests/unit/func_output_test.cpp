@@ -9,6 +9,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "driver/client.h"
 #include "driver/driver.h"
 #include "file_bytes.h"
 #include "ifile/ifile.h"
@@ -200,6 +201,66 @@ TEST_F(FuncOutput, SymbolsAndControlRecordsInFileOrder) {
     // Sizes go out in bits: "x", 32.
     const Bytes& sym = records[2].body;
     EXPECT_EQ(sym.at(2), 32);
+}
+
+} // namespace
+
+namespace {
+
+// Exception tables: entries no call names are dropped, the rest renumbered
+// so that the written numbers, links and call ids agree again on reading.
+struct EhtOutput : FuncOutput {
+    static EHT_ENTRY entry(uint32_t first, uint32_t kind, uint32_t second, uint32_t third) {
+        EHT_ENTRY e{};
+        e.first = first;
+        e.kind = kind;
+        e.second = second;
+        e.third = third;
+        return e;
+    }
+    static std::vector<uint32_t> uints(const Bytes& b) {
+        std::vector<uint32_t> out;
+        for (size_t at = 0; at < b.size();)
+            out.push_back(get_uleb(b, at));
+        return out;
+    }
+};
+
+TEST_F(EhtOutput, UnnamedEntriesGoAndTheRestAreRenumbered) {
+    // Places 0..4 as the reader leaves them; the call names place 3, whose
+    // entry links to place 2: both stay. Place 4 is named by nothing.
+    std::vector<EHT_ENTRY>& eht = function_eht(f);
+    eht = {entry(0, 0, 0, 0), entry(7, 0, 0, 0), entry(8, 0, 1, 1), entry(9, 0, 2, 1),
+           entry(12, 0, 1, 1)};
+    NODE* call = maketree(UCALL, mk_NAME(fn, nullptr), nullptr, tp->mk_int(TYPE::ik_int), nullptr);
+    call->call_id = 3;
+    f->stmts = mkelist(ureturn(), mkelist(call, nullptr, nullptr), nullptr);
+    buildcfg();
+    write_func_header();
+    write_func_body();
+    ASSERT_EQ(o_file->if_close(false, false), 0);
+    const std::vector<RECORD> records = main_stream(file_bytes::read_bytes_from(path));
+
+    std::vector<std::vector<uint32_t>> entries;
+    uint32_t count = 0;
+    int call_id = -1;
+    for (size_t i = 0; i < records.size(); i++) {
+        if (records[i].kind == IF_EHT)
+            count = uints(records[i].body).at(0);
+        if (records[i].kind == IF_EHT_ENTRY)
+            entries.push_back(uints(records[i].body));
+        // UCALL: operator, type, then the call id.
+        if (records[i].kind == IF_EXPR_NODE && records[i].body.at(0) == UCALL) {
+            size_t at = 1;
+            get_uleb(records[i].body, at);
+            call_id = static_cast<int>(get_uleb(records[i].body, at));
+        }
+    }
+    EXPECT_EQ(count, 3u);
+    EXPECT_EQ(entries, (std::vector<std::vector<uint32_t>>{{1, 0, 0, 0}, {2, 0, 1, 1}, {3, 0, 2, 1}}));
+    EXPECT_EQ(call_id, 3);
+    EXPECT_EQ(function_eht(f).size(), 4u);
+    function_eht(f).clear();
 }
 
 } // namespace
