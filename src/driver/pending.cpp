@@ -221,6 +221,7 @@ void finalize_dd_edges() {}
 // No load speculation advice is collected.
 void finalize_ldspec_advice() {}
 LOOP* current_loops() { return nullptr; }
+int loop_nesting_level(const LOOP*) { return 0; }
 
 // Low-level IR.
 void run_LIR_group(const char*, bool) {}

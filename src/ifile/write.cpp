@@ -26,6 +26,7 @@ constexpr int asm_kind_comment = 47;
 // A pragma that only steers the optimizer's own loop passes.
 constexpr int pragma_loop_flags = 57;
 constexpr int func_info_leaf = 'L';
+constexpr uint32_t no_profile_count = 0xffffffffu;
 // Set on a function once it is written, so that it is never written twice.
 constexpr uint32_t fun_written = FUN_DROPPED;
 
@@ -359,7 +360,24 @@ void wrexpr(const OUT_STMT& s) {
     }
     dprintf(".%ld\n", s.psn ? static_cast<long>(s.psn->line) : 0L);
     o_file->if_write_expr(nullptr, s.psn);
+    // No profile is read, so every statement carries the all-ones count.
+    t->set_edge_profile_value(no_profile_count);
     o_file->if_write_expr_node(t);
+}
+
+int loop_depth(const BBLK* b) { return b->loop ? loop_nesting_level(b->loop) : 0; }
+
+void log_block_header(const BBLK* b) {
+    dprintf("\n++++(WRBBLOCKS): START NEXT BB, UON=%d, DFN=%d\n", b->uon, b->dfn);
+    for (const LBL* l = b->labels; l; l = l->next)
+        dprintf("\tLABEL, INDEX=%d, REFCOUNT=%d, NAME=<NONE>\n", l->number, l->uses);
+    dprintf("\tPREDECESSORS = ( ");
+    for (const EDGE* e = b->preds; e; e = e->next)
+        dprintf("%d ", e->bb->dfn);
+    dprintf(")\n\tSUCCESSORS =   ( ");
+    for (const EDGE* e = b->succs; e; e = e->next)
+        dprintf("%d ", e->bb->dfn);
+    dprintf(")\n\tLOOP DEPTH = %d\n", loop_depth(b));
 }
 
 void wrbblocks() {
@@ -367,7 +385,7 @@ void wrbblocks() {
     const std::map<LBL*, bool> named = number_labels(plan);
     for (OUT_BLOCK& ob : plan) {
         if (print_debug)
-            dprintf("\n++++(WRBBLOCKS): START NEXT BB, UON=%d, DFN=%d\n", ob.bb->uon, ob.bb->dfn);
+            log_block_header(ob.bb);
         wrbdlr(ob.bb, named);
         for (OUT_STMT& s : ob.stmts) {
             wrexpr(s);
@@ -398,6 +416,7 @@ void write_func_header() {
 
 void wrtree(NODE* t) {
     t = prepare_tree(t);
+    t->set_edge_profile_value(no_profile_count);
     o_file->if_write_expr_node(t);
 }
 

@@ -37,6 +37,8 @@ void prbbinfix(FILE* out, BBLK* first);
 
 // Loops.
 void build_loop_hierarchy(int a, int b, int c, int d);
+// How deep a loop is nested: 1 for an outermost loop.
+int loop_nesting_level(const LOOP* loop);
 void erase_loop_hierarchy();
 void reinsert_loop_pragmas();
 void restructure_loops();
