@@ -9,6 +9,7 @@
 struct SYMTAB;
 struct FUNINFO;
 struct CALL_GRAPH;
+struct FUNLIST;
 class I_FILE;
 class pass;
 
@@ -24,6 +25,8 @@ extern int user_error_count;
 struct FILEINFO {
     CALL_GRAPH* call_graph;
     unsigned char pass_number;
+    // Functions that stand for another one under a second name, newest first.
+    FUNLIST* synonym_functions;
 };
 extern FILEINFO fileinfo;
 

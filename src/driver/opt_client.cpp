@@ -225,6 +225,9 @@ void process_function_pragma(SYMTAB* sym, PRAGMA* p) {
             if (arg_is(p, 1, "1")) {
                 f->flags |= 0x800;
                 target->flags |= 0x200;
+                fileinfo.synonym_functions = mkFUNLIST(f, fileinfo.synonym_functions);
+                if (sym->type)
+                    f->result_type = sym->type->return_type();
             }
         }
         break;
@@ -501,6 +504,7 @@ void IF_CLIENT::cl_begin_func(SYMTAB* sym, PSN* psn) {
     currfuninfo = make_FUNINFO(skip_name_prefix(sym->name));
     currfuninfo->symbol = sym;
     currfuninfo->psn = psn;
+    currfuninfo->result_type = sym->type ? sym->type->return_type() : nullptr;
     const char* file = psn ? (psn->file ? psn->file : "NO_FILE") : "NO_PSN_FILE";
     snprintf(curr_file, sizeof curr_file, "%s", file);
     currfuninfo->stmts = nullptr;
@@ -527,11 +531,12 @@ void IF_CLIENT::cl_begin_func(SYMTAB* sym, PSN* psn) {
     initialize_the_profiling_state(nullptr);
 }
 
-void IF_CLIENT::cl_end_args(PSN*) {
+void IF_CLIENT::cl_end_args(PSN* psn) {
     // Records of a function body outside any function are dropped.
     if (lex == 0)
         return;
     output_index = 0;
+    currfuninfo->args_end_psn = currfuninfo->locals_end_psn = psn;
     if (do_beta_MVP)
         beta_parms_using_mvp_ip();
     else
@@ -543,7 +548,10 @@ void IF_CLIENT::cl_end_args(PSN*) {
     LS_open();
 }
 
-void IF_CLIENT::cl_end_locals(PSN*) {}
+void IF_CLIENT::cl_end_locals(PSN* psn) {
+    if (lex != 0)
+        currfuninfo->locals_end_psn = psn;
+}
 
 void IF_CLIENT::cl_begin_block(PSN*) {
     if (lex == 0)
@@ -635,9 +643,10 @@ void IF_CLIENT::cl_ir_begin_func(uint32_t, int32_t, int, uint32_t, PSN*) {}
 void IF_CLIENT::cl_ir_end_func(PSN*) {}
 void IF_CLIENT::cl_ir_ins(PSN*, const unsigned char*, uint32_t) {}
 
-void IF_CLIENT::cl_end_func(PSN*) {
+void IF_CLIENT::cl_end_func(PSN* psn) {
     if (lex == 0)
         return;
+    currfuninfo->end_psn = psn;
     functions.push_back(currfunc);
     // Blocks the file left open are closed here.
     while (lex > 2) {

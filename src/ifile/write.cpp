@@ -438,13 +438,10 @@ void wrasmr(int kind, const char* text, PSN* psn) {
     }
 }
 
-// The reader keeps no end positions of a function: the records that end its
-// parts carry the function's own position.
 void write_func_body() {
     if (!o_file)
         return;
     FUNINFO* f = currfuninfo;
-    PSN* psn = f->psn;
     written_locals.clear();
     bool header_done = false;
 
@@ -459,13 +456,13 @@ void write_func_body() {
         }
     for (SYMTAB* s : params)
         write_local_symbol(s, header_done);
-    wrstcr(IF_END_ARGS, psn);
+    wrstcr(IF_END_ARGS, f->args_end_psn);
 
     for (SYMTAB* list : {f->autos, f->regs, f->symbols, f->temps})
         for (SYMTAB* s = list; s; s = s->next)
             if (s->lex > 1)
                 write_local_symbol(s, header_done);
-    wrstcr(IF_END_LOCALS, psn);
+    wrstcr(IF_END_LOCALS, f->locals_end_psn);
 
     if (f->is_leaf) {
         o_file->if_write_func_info(func_info_leaf);
@@ -479,7 +476,7 @@ void write_func_body() {
         o_file->if_write_func_eht(eht.data(), static_cast<unsigned>(eht.size()));
         dprintf("\n;\tEHT: %u entries\n", static_cast<unsigned>(eht.size() - 1));
     }
-    wrstcr(IF_END_FUNC, psn);
+    wrstcr(IF_END_FUNC, f->end_psn);
     f->flags |= fun_written;
     written_locals.clear();
     if (print_debug)

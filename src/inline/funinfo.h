@@ -5,6 +5,7 @@
 
 struct SYMTAB;
 struct PSN;
+struct TYPE;
 struct BBLK;
 struct LS;
 struct LIST;
@@ -15,6 +16,13 @@ struct FUNINFO {
     SYMTAB* symbol = nullptr;
     char* name = nullptr;
     PSN* psn = nullptr;
+    // Where the parameters, the locals and the body end, for the records
+    // that close those parts on output.
+    PSN* args_end_psn = nullptr;
+    PSN* locals_end_psn = nullptr;
+    PSN* end_psn = nullptr;
+    // The type of the value returned: void for none.
+    TYPE* result_type = nullptr;
     BBLK* bb_list = nullptr;
     int bb_count = 0;
     // The statements as read, last statement first, until buildcfg takes them.

@@ -32,6 +32,12 @@ def skip_psn(body, i):
     return i
 
 
+def line_of(body):
+    """The line of a record's leading position, or "-" for none."""
+    f, i = uleb(body, 0)
+    return str(uleb(body, i)[0]) if f else "-"
+
+
 def main():
     b = open(sys.argv[1], "rb").read()
     size, i = uleb(b, 1)
@@ -42,11 +48,11 @@ def main():
         if kind == 1:
             print("begin func", uleb(body, skip_psn(body, 0))[0])
         elif kind == 2:
-            print("end func")
+            print("end func line", line_of(body))
         elif kind == 5:
-            print("end args")
+            print("end args line", line_of(body))
         elif kind == 6:
-            print("end locals")
+            print("end locals line", line_of(body))
         elif kind == 35:
             name = body[:body.index(0)].decode()
             print("symbol", name, "size=%d" % uleb(body, len(name) + 1)[0])

@@ -47,7 +47,7 @@ def node(op, type_id, fields=b""):
 def function(index, line):
     assign = node(58, INT) + node(2, INT, uleb(2) + uleb(0)) + node(4, INT, sleb(1))
     return (record(1, psn(line) + uleb(index)) + record(5, psn(line)) +
-            symbol("x", 32, 1, INT) + record(6, psn(line)) +
+            symbol("x", 32, 1, INT) + record(6, psn(line + 1)) +
             record(46, psn(line + 1)) + assign + record(2, psn(line + 2)))
 
 
