@@ -226,11 +226,8 @@ int loop_nesting_level(const LOOP*) { return 0; }
 // Low-level IR.
 void run_LIR_group(const char*, bool) {}
 
-// Attached records of nodes. No floating constant, dependence record or
-// points-to environment is made yet; sharing the constant record on copy and
-// never freeing it is the choice that cannot free a record twice.
-simul_fval* copy_fval(const simul_fval* v) { return const_cast<simul_fval*>(v); }
-void free_fval(simul_fval*) {}
+// Attached records of nodes. No dependence record or points-to environment
+// is made yet.
 NODE* copy_dd_node(const NODE* t) {
     NODE* n = copy_node(t, true);
     n->left = copy_tree(t->left, true);
@@ -239,10 +236,6 @@ NODE* copy_dd_node(const NODE* t) {
 }
 void release_dd_info(NODE* t) { t->dd_info = nullptr; }
 void delete_PTENV(PTENV*, int) {}
-
-// Comparing floating constants. "Not congruent" is the answer under which no
-// expression is merged wrongly.
-bool f_bit_eq(const simul_fval* a, const simul_fval* b) { return a == b; }
 
 // Symbols.
 // The code generator reserves the register; the optimizer has nothing to keep out of it.

@@ -101,11 +101,8 @@ bool trees_are_congruent(const NODE* a, const NODE* b, int se_ok) {
     case ICON:
         return a->value == b->value;
     case FCON:
-        if (a->fval() && b->fval())
-            return f_bit_eq(a->fval(), b->fval());
-        // Without a value record the text stands for the value: equal texts
-        // are equal values, and "0.0" and "-0.0" differ as they must.
-        return a->text && b->text && strcmp(a->text, b->text) == 0;
+        // Bit for bit: 0.0 and -0.0 differ.
+        return a->fval() && b->fval() && f_bit_eq(a->fval(), b->fval());
     case UAND:
         if (a->left && b->left && a->left->op == NAME && b->left->op == NAME)
             return a->left->sym == b->left->sym;

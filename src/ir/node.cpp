@@ -10,7 +10,9 @@
 #include "ir/bblk.h"
 #include "ir/symtab.h"
 #include "ir/types.h"
+#include "simplify/fold.h"
 #include "support/cells.h"
+#include "support/simfloat.h"
 
 NODE* new_node(int op, TYPE* type) {
     NODE* n = new NODE{};
@@ -543,9 +545,28 @@ bool expr_is_globally_evaluable(const NODE* t) {
     }
 }
 
-// The text is kept as read: it is what the writer puts back, and nothing folds
-// floating constants before the target's arithmetic is simulated.
+// The value as the target holds it: whatever the text read, the text written
+// is made from the value.
 void NODE::mk_fcon(const char* digits) {
+    const int saved = fp_error;
+    simul_fval v;
+    f_atof(digits, &v);
+    truncate_fval_to_target(&v, type);
+    fp_error = saved;
     free(text);
-    text = strdup(digits);
+    text = nullptr;
+    free_fval(fval());
+    sym = copy_fval(&v);
+}
+
+const char* NODE::fcon_value() const {
+    if (!text && fval()) {
+        const int saved = fp_error;
+        truncate_fval_to_target(fval(), type);
+        fp_error = saved;
+        char buf[F_FTOA_BUFSIZE];
+        f_ftoa(buf, "%a", fval());
+        const_cast<NODE*>(this)->text = strdup(buf);
+    }
+    return text;
 }

@@ -209,8 +209,9 @@ struct NODE {
 
     SYMTAB* name_symbol() const { return static_cast<SYMTAB*>(sym); }
     simul_fval* fval() const { return static_cast<simul_fval*>(sym); }
-    // The text form of an FCON, cached in `text`.
-    const char* fcon_value() const { return text; }
+    // The text form of an FCON: its value in exact hexadecimal, made when first
+    // asked and cached in `text`, which a change of the value must clear.
+    const char* fcon_value() const;
     const char* icall_name() const { return static_cast<const char*>(sym); }
     int label_value() const { return static_cast<int>(value.low); }
     int skip_value() const { return static_cast<int>(value.low); }

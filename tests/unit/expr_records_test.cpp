@@ -96,7 +96,7 @@ void expect_same(const NODE* a, const NODE* b) {
     } else if (a->op == SCON) {
         EXPECT_EQ(memcmp(a->text, b->text, a->scon_length()), 0);
     } else if (a->op == FCON) {
-        EXPECT_STREQ(a->text, b->text);
+        EXPECT_STREQ(a->fcon_value(), b->fcon_value());
     }
     EXPECT_EQ(a->call_id, b->call_id);
     ASSERT_EQ(a->type == nullptr, b->type == nullptr);
