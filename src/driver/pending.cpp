@@ -100,13 +100,6 @@ void I_FILE::if_write_init(SYMTAB*) {}
 void write_symbol_init(SYMTAB*) {}
 
 // The simplifier.
-NODE* simp_tree(NODE* t, LOOP*, CONTEXT*) { return t; }
-NODE* insert_mandatory_casts(NODE* t) { return t; }
-INT65 calculate_minval_for_tree(NODE* t, LOOP*, CONTEXT*) { return int_type_min(t->type); }
-INT65 calculate_maxval_for_tree(NODE* t, LOOP*, CONTEXT*) { return int_type_max(t->type); }
-INT65 max_ICON_factor(NODE*, LOOP*, CONTEXT*, int) { return INT65(1); }
-INT65 find_known_zeros(NODE*, TYPE*) { return INT65(0); }
-INT65 find_known_ones(NODE*, TYPE*) { return INT65(0); }
 void transform_DIVs_by_ICONs() {}
 void unsimplify() {}
 void fold_ANDBASGs() {}
@@ -244,8 +237,6 @@ void reserve_global_register(SYMTAB*) {}
 // What the control flow code asks of subsystems that come later.
 // No points-to vectors are cached yet, so there is nothing to clear.
 void clear_PT_vectors() {}
-// Keeps the whole tree when it may have an effect, which never loses one.
-NODE* peel_for_effect(NODE* t) { return t && tree_has_side_effects(t) ? t : erase_tree(t); }
 // Any block inside a loop may be its head: jumps are never threaded through it.
 bool bb_is_loop_head(const BBLK* bb) { return bb->loop != nullptr; }
 

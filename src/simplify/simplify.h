@@ -9,8 +9,42 @@ struct BBLK;
 struct LOOP;
 struct CONTEXT;
 
+// Every simplifier entry edits the tree it is given, or frees it and returns
+// its replacement; whatever a rewrite drops is erased.
 NODE* simp_tree(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_node(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_SCONV(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_PCONV(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_ACONV(NODE* t, LOOP* loop, CONTEXT* context);
+
+// A node whose left operand is a constant and whose right operand is a
+// constant or absent, as the target computes it; unchanged when the target's
+// result is not certain.
+NODE* fold_constants(NODE* t);
+// v as stored in t's size, read as signed whatever t's sign.
+INT65 sign_extend_by_type(INT65 v, const TYPE* t);
+INT65 sign_extend_by_type_size(INT65 v, const TYPE* t);
+// The value of a C conversion of the integer v to the integer type t: a
+// truncation, or a test against zero for _Bool.
+INT65 convert_integer_constant(INT65 v, const TYPE* t);
+// Whether the value is always 0 or 1.
+bool returns_1_or_0(const NODE* t);
+NODE* fix_type_info(NODE* t);
+
+// x in type t by the least means: x itself, a retyped constant, or a
+// conversion that is then simplified.
+NODE* coerce_to_type(TYPE* t, NODE* x);
+// (T*)(p + a + b) as ((T*)p) + a + b; remove_pushed_down_casts undoes it.
+NODE* push_down_pointer_cast(TYPE* t, NODE* x);
+NODE* remove_pushed_down_casts(NODE* t);
+// Conversions so that each operator's operands have the machine types the
+// code generator expects; run on every statement before it is written.
 NODE* insert_mandatory_casts(NODE* t);
+// Whether every value x can take is a value of type t.
+bool value_fits_in_type(NODE* x, TYPE* t, LOOP* loop, CONTEXT* context);
+// A member access that reads a bit field: its value is narrower than its type.
+bool tree_is_bit_field(const NODE* t);
+
 void transform_DIVs_by_ICONs();
 void unsimplify();
 void seq_trees();
@@ -29,3 +63,15 @@ INT65 max_ICON_factor(NODE* t, LOOP* loop, CONTEXT* context, int depth);
 // Masks of the bits of the value in `type` that are certainly zero, or one.
 INT65 find_known_zeros(NODE* t, TYPE* type);
 INT65 find_known_ones(NODE* t, TYPE* type);
+// Facts of an integer tree's value (of a pointer for tree_is_non_zero). A
+// false answer means "not known".
+bool tree_is_zero(NODE* t, LOOP* loop, CONTEXT* context);
+// value is compared as the tree's type holds it.
+bool tree_is_ivalue(NODE* t, INT65 value, LOOP* loop, CONTEXT* context);
+bool tree_is_non_zero(NODE* t, LOOP* loop, CONTEXT* context);
+bool tree_is_positive(NODE* t, LOOP* loop, CONTEXT* context);
+bool tree_is_negative(NODE* t, LOOP* loop, CONTEXT* context);
+bool tree_is_non_negative(NODE* t, LOOP* loop, CONTEXT* context);
+// 1 for a tree known non-negative (positive when allow_zero is false), -1
+// for one known negative, else 0.
+int sign_of_integer_expression(NODE* t, LOOP* loop, bool allow_zero, CONTEXT* context);
