@@ -272,11 +272,8 @@ void open_debug_file(int must_succeed, const char* name) {
 }
 
 void close_files() {
-    if (i_file) {
-        I_FILE* in = i_file;
-        i_file = nullptr;
-        in->if_close(true, false);
-    }
+    // The output first: its global section carries positions that point at
+    // the input's file names, which die with the input.
     if (o_file) {
         I_FILE* out = o_file;
         o_file = nullptr;
@@ -285,6 +282,11 @@ void close_files() {
                     o_file_name);
             opt_exit(1);
         }
+    }
+    if (i_file) {
+        I_FILE* in = i_file;
+        i_file = nullptr;
+        in->if_close(true, false);
     }
     if (print_debug) {
         fprintf(fdebug, "\n== END OF DEBUG OUTPUT==\n");

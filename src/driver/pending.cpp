@@ -72,12 +72,9 @@ void do_DVE_unit_testing() {
 }
 
 // Trees, blocks, loops and symbols.
-void do_early_cross_jumping() {}
-void optimize_SWITCH_cases() {}
 void rotate_loops() {}
 void straighten_traces_in_cfg() {}
 void optimize_superblocks_in_cfg() {}
-void prbbinfix(FILE*, BBLK*) {}
 void build_loop_hierarchy(int, int, int, int) {}
 void erase_loop_hierarchy() {}
 void reinsert_loop_pragmas() {}
@@ -175,6 +172,8 @@ bool is_system_function(const char*) { return false; }
 void init_target() {}
 void init_BIF_descriptors() {}
 void parse_md_file(bool) {}
+// The QUEST stays a QUEST.
+NODE* make_strict_ternary_ICALL(NODE* quest) { return quest; }
 
 // Vectorizer.
 void matcher_init() {}
@@ -211,6 +210,7 @@ void interleave_reductions_in_loop() {}
 void dump_dependence_matrix() {}
 void do_dd_analysis_for_be() {}
 void finalize_dd_edges() {}
+bool remove_empty_loop(BBLK*) { return false; }
 // No load speculation advice is collected.
 void finalize_ldspec_advice() {}
 LOOP* current_loops() { return nullptr; }

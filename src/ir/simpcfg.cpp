@@ -11,24 +11,123 @@
 #include "ir/bblk.h"
 #include "ir/ir.h"
 #include "ir/node.h"
+#include "ir/simpcfg_internal.h"
 #include "ir/symtab.h"
 #include "ir/types.h"
+#include "loopnest/loopnest.h"
 #include "simplify/simplify.h"
 
-namespace {
-
-constexpr int max_rounds = 20;
-constexpr int max_rewrites = 20;
-constexpr int max_thread_hops = 16;
-
-bool changed;
-bool full_mode;
+namespace simpcfg_impl {
 
 BBLK* entry_bb() { return currfuninfo->bb_list; }
 
 bool is_branch_only(const BBLK* b) {
     return b->statements && !b->statements->next && b->statements->tree->op == BRANCH;
 }
+
+void reset_successors(BBLK* b) {
+    for (EDGE* e = b->succs; e; e = e->next)
+        e->bb->preds = remove_edge(b, e->bb->preds);
+    b->succs = erase_edge_list(b->succs);
+    b->succs = list_branch_targets(last_stmt(b), nullptr);
+    for (EDGE* e = b->succs; e; e = e->next)
+        e->bb->preds = add_edge(b, e->bb->preds, -1.0);
+}
+
+void make_branch(BBLK* b, BBLK* to, NODE* effects) {
+    LIST* last = last_stmt_cell(b);
+    NODE* old = last->tree;
+    last->tree = mk_BRANCH(to, old->scope);
+    drop_label_uses(old);
+    erase_tree(old);
+    if (NODE* rest = peel_for_effect(effects))
+        insert_stmt_before_stmt_in_bb(rest, last_stmt_cell(b), b);
+}
+
+namespace {
+
+bool tree_has_DDNODE(const NODE* t) {
+    return t && (t->op == DDNODE || tree_has_DDNODE(t->left) || tree_has_DDNODE(t->right));
+}
+
+} // namespace
+
+bool condition_is_pure(const NODE* c) { return !tree_has_side_effects(c) && !tree_has_DDNODE(c); }
+
+NODE* as_tested(NODE* t, bool positive) { return positive ? t : mk_EXCLAIM(t); }
+
+BBLK* taken_target(const NODE* t) { return label_target(t->right->left); }
+BBLK* not_taken_target(const NODE* t) { return label_target(t->right->right); }
+
+BBLK* sole_predecessor(const BBLK* b) {
+    return b->preds && !b->preds->next ? b->preds->bb : nullptr;
+}
+
+int statement_count(const BBLK* b) {
+    int n = 0;
+    for (const LIST* s = b->statements; s; s = s->next)
+        n++;
+    return n;
+}
+
+std::string tree_text(const NODE* t) {
+    if (!t)
+        return "-";
+    std::string s = node_operator_name[t->op] ? node_operator_name[t->op] : "?";
+    if (t->op == NAME && t->name_symbol() && t->name_symbol()->name)
+        return s + " " + t->name_symbol()->name;
+    if (t->op == ICON)
+        return s + " " + std::to_string(static_cast<long long>(t->icon_svalue()));
+    if (t->op == LABEL)
+        return s + " " + std::to_string(t->label_value());
+    if (t->left)
+        s += "(" + tree_text(t->left) + (t->right ? ", " + tree_text(t->right) : "") + ")";
+    return s;
+}
+
+std::vector<NODE*> switch_items(NODE* t) {
+    std::vector<NODE*> items;
+    NODE* n = t->right;
+    for (; n && n->op == COMMA; n = n->left)
+        items.push_back(n->right);
+    items.push_back(n);
+    std::reverse(items.begin(), items.end());
+    return items;
+}
+
+void free_switch_spine(NODE* n) {
+    while (n && n->op == COMMA) {
+        NODE* left = n->left;
+        n->left = n->right = nullptr;
+        erase_node(n);
+        n = left;
+    }
+}
+
+NODE* switch_chain(const std::vector<NODE*>& items, const NODE* like) {
+    NODE* chain = items.front();
+    for (size_t i = 1; i < items.size(); i++)
+        chain = maketree(COMMA, chain, items[i], tp->mk_void(), like->scope);
+    return chain;
+}
+
+} // namespace simpcfg_impl
+
+using namespace simpcfg_impl;
+
+namespace {
+
+constexpr int max_rounds = 20;
+constexpr int max_rewrites = 20;
+constexpr int max_thread_hops = 16;
+// A duplicated block may hold this many operators in all; with one copy per
+// block and round at most, code grows by a bounded amount.
+constexpr int max_duplicated_operators = 16;
+constexpr long long asm_kind_comment = 47;
+
+bool changed;
+bool full_mode;
+bool speculate;
 
 // A block without predecessors that is not the entry: its statements and
 // out-edges go, and successors left without predecessors follow.
@@ -70,16 +169,6 @@ BBLK* thread_jump(BBLK* from, BBLK* target) {
     return target;
 }
 
-// Drops the block's out-edges and adds them again from its terminator.
-void reset_successors(BBLK* b) {
-    for (EDGE* e = b->succs; e; e = e->next)
-        e->bb->preds = remove_edge(b, e->bb->preds);
-    b->succs = erase_edge_list(b->succs);
-    b->succs = list_branch_targets(last_stmt(b), nullptr);
-    for (EDGE* e = b->succs; e; e = e->next)
-        e->bb->preds = add_edge(b, e->bb->preds, -1.0);
-}
-
 bool thread_terminator(BBLK* b) {
     std::vector<NODE*> labels;
     collect_label_operands(last_stmt(b), labels);
@@ -97,22 +186,6 @@ bool thread_terminator(BBLK* b) {
     return threaded;
 }
 
-// Puts what must still run of `t` in front of the terminator.
-void keep_effects(BBLK* b, NODE* t) {
-    if (NODE* rest = peel_for_effect(t))
-        insert_stmt_before_stmt_in_bb(rest, last_stmt_cell(b), b);
-}
-
-// Replaces the terminator by a BRANCH to `to`; `effects` still runs first.
-void make_branch(BBLK* b, BBLK* to, NODE* effects) {
-    LIST* last = last_stmt_cell(b);
-    NODE* old = last->tree;
-    last->tree = mk_BRANCH(to, old->scope);
-    drop_label_uses(old);
-    erase_tree(old);
-    keep_effects(b, effects);
-}
-
 // An IF or SWITCH whose value is COMMAOP runs the left side first.
 bool peel_comma_value(BBLK* b, NODE*& value) {
     if (!value || value->op != COMMAOP)
@@ -128,8 +201,8 @@ bool peel_comma_value(BBLK* b, NODE*& value) {
 bool rewrite_IF(BBLK* b, NODE* t) {
     if (peel_comma_value(b, t->left))
         return true;
-    BBLK* taken = label_target(t->right->left);
-    BBLK* not_taken = label_target(t->right->right);
+    BBLK* taken = taken_target(t);
+    BBLK* not_taken = not_taken_target(t);
     if (!taken || !not_taken)
         return false;
     if (t->left->op == ICON) {
@@ -144,27 +217,6 @@ bool rewrite_IF(BBLK* b, NODE* t) {
         return true;
     }
     return false;
-}
-
-// The cases of a SWITCH in order, DEFAULT last.
-std::vector<NODE*> switch_items(NODE* t) {
-    std::vector<NODE*> items;
-    NODE* n = t->right;
-    for (; n && n->op == COMMA; n = n->left)
-        items.push_back(n->right);
-    items.push_back(n);
-    std::reverse(items.begin(), items.end());
-    return items;
-}
-
-// Frees the COMMA spine only; the items are kept or erased by the caller.
-void free_switch_spine(NODE* n) {
-    while (n && n->op == COMMA) {
-        NODE* left = n->left;
-        n->left = n->right = nullptr;
-        erase_node(n);
-        n = left;
-    }
 }
 
 bool rewrite_SWITCH(BBLK* b, NODE* t) {
@@ -207,10 +259,8 @@ bool rewrite_SWITCH(BBLK* b, NODE* t) {
                 l->uses--;
             erase_tree(c);
         }
-    NODE* chain = kept.front();
-    for (size_t i = 1; i < kept.size(); i++)
-        chain = maketree(COMMA, chain, kept[i], tp->mk_void(), t->scope);
-    t->right = maketree(COMMA, chain, def, tp->mk_void(), t->scope);
+    kept.push_back(def);
+    t->right = switch_chain(kept, t);
     return true;
 }
 
@@ -219,17 +269,6 @@ NODE* lone_IF(const BBLK* b) {
     const LIST* s = b->statements;
     return s && !s->next && s->tree->op == IF ? s->tree : nullptr;
 }
-
-bool tree_has_DDNODE(const NODE* t) {
-    return t && (t->op == DDNODE || tree_has_DDNODE(t->left) || tree_has_DDNODE(t->right));
-}
-
-// Conditions that may be moved or combined: nothing observable happens when
-// they are evaluated.
-bool condition_is_pure(const NODE* c) { return !tree_has_side_effects(c) && !tree_has_DDNODE(c); }
-
-// `t` as it must hold for control to go the chosen way.
-NODE* as_tested(NODE* t, bool positive) { return positive ? t : mk_EXCLAIM(t); }
 
 // if (a) goto L else B; B: if (b) goto L else M  =>  if (a || b) goto L else M.
 // B must hold only its IF: anything else in B would be skipped on the a-false path.
@@ -249,8 +288,8 @@ bool join_OROR(BBLK* a_bb, NODE* t) {
         NODE* u = lone_IF(b_bb);
         if (!u)
             continue;
-        BBLK* b_yes = label_target(u->right->left);
-        BBLK* b_no = label_target(u->right->right);
+        BBLK* b_yes = taken_target(u);
+        BBLK* b_no = not_taken_target(u);
         if (!b_yes || !b_no || b_yes == b_no || (b_yes != l && b_no != l))
             continue;
         if (!condition_is_pure(t->left) || !condition_is_pure(u->left))
@@ -266,8 +305,6 @@ bool join_OROR(BBLK* a_bb, NODE* t) {
     return false;
 }
 
-constexpr long long asm_kind_comment = 47;
-
 // A block that only carries comments to its BRANCH: dropping it loses no code.
 // Inline assembly is code and keeps its block.
 bool holds_only_comments_and_branch(const BBLK* b) {
@@ -278,87 +315,27 @@ bool holds_only_comments_and_branch(const BBLK* b) {
     return s && s->tree->op == BRANCH;
 }
 
-// if (c) goto A else J; A: <comments> goto J  =>  both labels name J.
+// if (c) goto A else J; A: <comments> goto J  =>  both labels name J, and the
+// next rewrite keeps only what must run of c. A loop head stays, as threading
+// keeps it: the loop code would lose its entry.
 bool drop_empty_then_arm(BBLK* b, NODE* t) {
-    BBLK* arm = label_target(t->right->left);
-    BBLK* join = label_target(t->right->right);
+    BBLK* arm = taken_target(t);
+    BBLK* join = not_taken_target(t);
     if (!arm || !join || arm == join || arm == b || arm == entry_bb() ||
-        (arm->flags & BB_KEEP_DUPLICATE_TEST) || !holds_only_comments_and_branch(arm) ||
-        label_target(last_stmt(arm)->left) != join || !arm->preds || arm->preds->next ||
-        edge_length(join->preds) != 2)
+        (arm->flags & BB_KEEP_DUPLICATE_TEST) || bb_is_loop_head(arm) ||
+        !holds_only_comments_and_branch(arm) || label_target(last_stmt(arm)->left) != join ||
+        sole_predecessor(arm) != b || edge_length(join->preds) != 2)
         return false;
     set_label_operand(t->right->left, join);
     return true;
 }
 
-// The test as a 0/1 value.
-NODE* make_boolean(NODE* c) {
-    switch (c->op) {
-    case EQ:
-    case NEQ:
-    case LE:
-    case LT:
-    case GE:
-    case GT:
-    case ULE:
-    case ULT:
-    case UGE:
-    case UGT:
-    case EXCLAIM:
-    case ANDAND:
-    case OROR:
-        return c;
-    default:
-        return maketree(NEQ, c, mk_ICON(INT65(0), c->type), tp->mk_int(TYPE::ik_int), c->scope);
-    }
-}
-
-// A variable that may be read and written on a path that did not touch it:
-// a local (no other thread may own it then) that is not volatile.
-bool may_store_unconditionally(const NODE* lhs) {
-    if (lhs->op != NAME || type_is_volatile(lhs->type) || !lhs->type->is_integral())
+// A test that jumps back to its own block: the loop code may find the loop
+// empty and remove it.
+bool offer_empty_loop(BBLK* b, NODE* t) {
+    if (taken_target(t) != b && not_taken_target(t) != b)
         return false;
-    const SYMTAB* s = lhs->name_symbol();
-    return s && s->lex >= 1 && !symbol_is_volatile(s) && s->sclass != SC_STATIC &&
-           s->sclass != SC_GLOBAL_DEF && s->sclass != SC_EXTERN_DECL;
-}
-
-// if (c) x = x + 1;  =>  x = x + (c != 0), likewise -, | and ^ with 1.
-bool fold_increment_diamond(BBLK* b, NODE* t) {
-    for (bool arm_taken : {true, false}) {
-        BBLK* arm = label_target(arm_taken ? t->right->left : t->right->right);
-        BBLK* join = label_target(arm_taken ? t->right->right : t->right->left);
-        if (!arm || !join || arm == join || arm == b || arm == entry_bb() ||
-            (arm->flags & BB_KEEP_DUPLICATE_TEST) || !arm->preds || arm->preds->next)
-            continue;
-        const LIST* s = arm->statements;
-        if (!s || !s->next || s->next->next || s->next->tree->op != BRANCH ||
-            label_target(s->next->tree->left) != join)
-            continue;
-        const NODE* asg = s->tree;
-        if (asg->op != ASG || !may_store_unconditionally(asg->left))
-            continue;
-        const NODE* rhs = asg->right;
-        if ((rhs->op != PLUS && rhs->op != MINUS && rhs->op != ORB && rhs->op != XORB) ||
-            !trees_are_congruent(rhs->left, asg->left, 0) || rhs->right->op != ICON ||
-            rhs->right->value != INT65(1))
-            continue;
-        // Evaluated once either way; it must be free of effects and volatile reads
-        // to be moved into the assignment.
-        NODE* c = t->left;
-        if (!condition_is_pure(c) || !(c->type->is_integral() || boolean_inv[c->op] != NONE))
-            continue;
-        t->left = nullptr;
-        NODE* bit = make_boolean(as_tested(c, arm_taken));
-        if (!exact_types(bit->type, asg->left->type))
-            bit = maketree(SCONV, bit, nullptr, asg->left->type, t->scope);
-        NODE* sum = maketree(rhs->op, copy_tree(asg->left, true), bit, rhs->type, rhs->scope);
-        insert_stmt_before_stmt_in_bb(mk_ASG(copy_tree(asg->left, true), sum), last_stmt_cell(b),
-                                      b);
-        make_branch(b, join, nullptr);
-        return true;
-    }
-    return false;
+    return remove_empty_loop(b);
 }
 
 bool rewrite_terminator(BBLK* b) {
@@ -370,7 +347,8 @@ bool rewrite_terminator(BBLK* b) {
     switch (t->op) {
     case IF:
         return rewrite_IF(b, t) || fold_increment_diamond(b, t) || drop_empty_then_arm(b, t) ||
-               (full_mode && join_OROR(b, t));
+               offer_empty_loop(b, t) || merge_two_armed_assignment(b, t, full_mode, speculate) ||
+               (full_mode && join_OROR(b, t)) || fuse_loop_exit_test(b, t);
     case SWITCH:
         return rewrite_SWITCH(b, t);
     default:
@@ -413,12 +391,222 @@ bool merge_with_successor(BBLK* b) {
     return true;
 }
 
+// Whether two pure tests hold in the same states: congruent, or one the
+// negation of the inverse relation of the other, as marking leaves them.
+bool tests_agree(const NODE* a, const NODE* b) {
+    if (trees_are_congruent(a, b, 0))
+        return true;
+    if (b->op == EXCLAIM)
+        std::swap(a, b);
+    if (a->op != EXCLAIM || !a->left)
+        return false;
+    const NODE* e = a->left;
+    return e->left && e->right && b->left && b->right && boolean_inv[e->op] == b->op &&
+           tree_is_trivially_invertible(e) && trees_are_congruent(e->left, b->left, 0) &&
+           trees_are_congruent(e->right, b->right, 0);
+}
+
+// Two tests of one condition, both ahead of this block and both going here or
+// to one other place: the block is the exit of a loop whose test was copied in
+// front of it. The mark keeps it as it is for the loop code.
+void mark_duplicate_test(BBLK* b) {
+    if (opt_level() < 2 || (b->flags & BB_KEEP_DUPLICATE_TEST) || edge_length(b->preds) != 2)
+        return;
+    BBLK* p1 = b->preds->bb;
+    BBLK* p2 = b->preds->next->bb;
+    if (p1 == b || p2 == b || p1->dfn >= b->dfn || p2->dfn >= b->dfn)
+        return;
+    NODE* t1 = last_stmt(p1);
+    NODE* t2 = last_stmt(p2);
+    if (!t1 || !t2 || t1->op != IF || t2->op != IF || !condition_is_pure(t1->left) ||
+        !condition_is_pure(t2->left))
+        return;
+    BBLK* yes = taken_target(t1);
+    BBLK* no = not_taken_target(t1);
+    if (!yes || !no || yes == no)
+        return;
+    if (taken_target(t2) == yes && not_taken_target(t2) == no) {
+        if (!tests_agree(t1->left, t2->left))
+            return;
+    } else if (taken_target(t2) == no && not_taken_target(t2) == yes) {
+        if (!bools_are_congruent(t1, t2))
+            return;
+        // The second test in the form of the first.
+        t2->left = mk_EXCLAIM(t2->left);
+        std::swap(t2->right->left, t2->right->right);
+    } else {
+        return;
+    }
+    b->flags |= BB_KEEP_DUPLICATE_TEST;
+    changed = true;
+}
+
+// The loop control statements of a block whose IF ends a counted loop.
+bool holds_loop_control(const BBLK* b) {
+    for (const LIST* s = b->statements; s; s = s->next)
+        if (s->tree->op == LOOP_OP || s->tree->op == ENDLOOP || s->tree->op == INITLOOP)
+            return true;
+    return false;
+}
+
+int operator_count(const NODE* t) {
+    if (!t)
+        return 0;
+    const int self = number_of_operands[t->op] != NONE && number_of_operands[t->op] > 0;
+    return self + operator_count(t->left) + operator_count(t->right);
+}
+
+// What may not be copied: calls and the like cost too much; the others have
+// identities (assertions, shared CSE pairs, dependence nodes, SSA and loop
+// markers, the argument prolog, inline assembly) that a copy would break.
+bool tree_resists_copy(const NODE* t) {
+    for (; t; t = t->left) {
+        switch (t->op) {
+        case CALL:
+        case UCALL:
+        case SQRT:
+        case ASSERT:
+        case NASSERT:
+        case CSE_DUPE:
+        case CSE_ORIG:
+        case DDNODE:
+        case PCOMMA:
+        case LOOP_OP:
+        case ENDLOOP:
+        case INITLOOP:
+        case SSA_PHI:
+        case SSA_USE:
+        case SSA_DEF:
+        case SSA_MU:
+        case SSA_CHI:
+            return true;
+        case ASM:
+            return t->value != INT65(asm_kind_comment);
+        default:
+            if (tree_resists_copy(t->right))
+                return true;
+        }
+    }
+    return false;
+}
+
+bool ok_to_dupe_stmt(const NODE* t) {
+    return operator_count(t) < max_duplicated_operators && !tree_resists_copy(t);
+}
+
+// The only successor is a copy of the other: cross jumping made them one.
+bool ends_congruent_diamond(const BBLK* s) {
+    if (edge_length(s->preds) != 2)
+        return false;
+    const BBLK* p1 = s->preds->bb;
+    const BBLK* p2 = s->preds->next->bb;
+    if (p1 == p2 || edge_length(p1->succs) != 1 || edge_length(p2->succs) != 1)
+        return false;
+    const int n = statement_count(p1);
+    if (n != statement_count(p2) || n < 2)
+        return false;
+    const LIST* a = p1->statements;
+    const LIST* b = p2->statements;
+    for (; a->next; a = a->next, b = b->next)
+        if (!statements_are_congruent(a->tree, b->tree))
+            return false;
+    return true;
+}
+
+// An IF that may be copied into its predecessors: its targets lie ahead, at
+// most one way in comes from behind (the loop's own back edge), and a test
+// dearer than a plain variable is copied into two predecessors at most.
+bool IF_may_be_duplicated(const BBLK* s, const NODE* t) {
+    if (holds_loop_control(s))
+        return false;
+    for (const EDGE* e = s->succs; e; e = e->next)
+        if (e->bb->dfn <= s->dfn)
+            return false;
+    int from_behind = 0;
+    int single = 0;
+    for (const EDGE* e = s->preds; e; e = e->next) {
+        from_behind += e->bb->dfn > s->dfn;
+        single += edge_length(e->bb->succs) == 1;
+    }
+    return from_behind <= 1 && (t->left->op == NAME || single <= 2);
+}
+
+} // namespace
+
+bool simpcfg_impl::block_may_be_duplicated(const BBLK* s) {
+    if (!s->statements)
+        return false;
+    if (!s->statements->next && s->statements->tree->op == BRANCH)
+        return label_target(s->statements->tree->left) != s;
+    if (opt_level() == 0 || size_speed_goal() < 3 || pass_disable("tail_duplication"))
+        return false;
+    if ((s->flags & BB_KEEP_DUPLICATE_TEST) || ends_congruent_diamond(s))
+        return false;
+    int operators = 0;
+    for (const LIST* l = s->statements; l; l = l->next) {
+        if (!ok_to_dupe_stmt(l->tree))
+            return false;
+        operators += operator_count(l->tree);
+    }
+    if (operators >= max_duplicated_operators)
+        return false;
+    const NODE* t = last_stmt(s);
+    switch (t->op) {
+    case RETURN: {
+        const NODE* v = t->right;
+        return v && (v->op == NAME || v->op == ICON || v->op == FCON || v->op == LCON);
+    }
+    case IF:
+        return IF_may_be_duplicated(s, t);
+    default:
+        return false;
+    }
+}
+
+namespace {
+
+// b ends in a BRANCH to s, which has other ways in: s's statements are copied
+// in place of the BRANCH. Blocks that only branch are left to threading, which
+// has already followed every one it may.
+bool duplicate_successor(BBLK* b) {
+    if (!b->succs || b->succs->next)
+        return false;
+    LIST* last = last_stmt_cell(b);
+    BBLK* s = b->succs->bb;
+    if (!last || last->tree->op != BRANCH || s == b || s == entry_bb() || is_branch_only(s) ||
+        s->loop != b->loop || s->trace || entry_keeps_prolog(b) || !block_may_be_duplicated(s))
+        return false;
+    drop_label_uses(last->tree);
+    erase_tree(last->tree);
+    last->tree = nullptr;
+    LIST* tail = last->next;
+    for (const LIST* l = s->statements; l; l = l->next) {
+        NODE* copy = copy_tree(l->tree, true);
+        std::vector<NODE*> labels;
+        collect_label_operands(l->next ? nullptr : copy, labels);
+        for (NODE* label : labels)
+            if (label->label_rec)
+                label->label_rec->uses++;
+        if (!last->tree) {
+            last->tree = copy;
+            last->psn = l->psn;
+        } else {
+            last->next = mkelist(copy, tail, l->psn);
+            last = last->next;
+        }
+    }
+    b->last_psn = s->last_psn;
+    reset_successors(b);
+    return true;
+}
+
 void simplify_block(BBLK* b) {
     if (b != entry_bb() && !b->preds) {
         if (b->statements || b->succs)
             empty_block(b);
         return;
     }
+    mark_duplicate_test(b);
     if (NODE* t = last_stmt(b); t && t->op == IF) {
         LIST* last = last_stmt_cell(b);
         t->left = simp_tree(t->left, b->loop, nullptr);
@@ -428,8 +616,16 @@ void simplify_block(BBLK* b) {
         reset_successors(b);
         changed = true;
     }
-    if (merge_with_successor(b))
+    if (merge_with_successor(b) || duplicate_successor(b))
         changed = true;
+}
+
+void renumber_dfn() {
+    FUNINFO* f = currfuninfo;
+    int dfn = 0;
+    for (BBLK* b = f->bb_list; b; b = b->next)
+        b->dfn = ++dfn;
+    f->bb_count = dfn;
 }
 
 // Blocks that lost every predecessor go, and dfn follows the list again.
@@ -449,26 +645,7 @@ void delete_dead_blocks() {
             b = next;
         }
     }
-    int dfn = 0;
-    for (BBLK* b = f->bb_list; b; b = b->next)
-        b->dfn = ++dfn;
-    f->bb_count = dfn;
-}
-
-// A short prefix form of a tree, for the log.
-std::string tree_text(const NODE* t) {
-    if (!t)
-        return "-";
-    std::string s = node_operator_name[t->op] ? node_operator_name[t->op] : "?";
-    if (t->op == NAME && t->name_symbol() && t->name_symbol()->name)
-        return s + " " + t->name_symbol()->name;
-    if (t->op == ICON)
-        return s + " " + std::to_string(static_cast<long long>(t->icon_svalue()));
-    if (t->op == LABEL)
-        return s + " " + std::to_string(t->label_value());
-    if (t->left)
-        s += "(" + tree_text(t->left) + (t->right ? ", " + tree_text(t->right) : "") + ")";
-    return s;
+    renumber_dfn();
 }
 
 // A block holding only an IF, reached only from IFs that tested a congruent
@@ -484,13 +661,13 @@ bool remove_redundant_IF(BBLK* b) {
         NODE* pt = last_stmt(p);
         if (p == b || !pt || pt->op != IF || !trees_are_congruent(pt->left, t->left, 0))
             return false;
-        const bool yes = label_target(pt->right->left) == b;
-        const bool no = label_target(pt->right->right) == b;
+        const bool yes = taken_target(pt) == b;
+        const bool no = not_taken_target(pt) == b;
         if (yes == no || (outcome >= 0 && outcome != int(yes)))
             return false;
         outcome = int(yes);
     }
-    BBLK* to = label_target(outcome ? t->right->left : t->right->right);
+    BBLK* to = outcome ? taken_target(t) : not_taken_target(t);
     if (!to)
         return false;
     dprintf("\n\tIF in bb %d is redundant with bb %d:\n\t\t%s\n", b->dfn, b->preds->bb->dfn,
@@ -508,16 +685,20 @@ void remove_redundant_IFs() {
 
 } // namespace
 
-void simpcfg(bool full, bool /*may_speculate*/) {
+void simpcfg(bool full, bool may_speculate) {
     FUNINFO* f = currfuninfo;
     if (!f || !f->bb_list)
         return;
     bool any = false;
     full_mode = full;
+    speculate = may_speculate;
     for (int round = 0; round < max_rounds; round++) {
         changed = false;
         if (full && f->loop_kind == 0) {
-            do_early_cross_jumping();
+            if (cross_jump()) {
+                changed = true;
+                renumber_dfn();
+            }
             remove_redundant_IFs();
         }
         for (BBLK* b = f->bb_list; b; b = b->next)

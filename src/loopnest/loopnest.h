@@ -3,6 +3,7 @@
 
 struct NODE;
 struct LOOP;
+struct BBLK;
 
 extern bool trees_are_normalized;
 extern bool do_dd_for_be;
@@ -28,6 +29,9 @@ void dump_dependence_matrix();
 void do_DVE_unit_testing();
 void do_dd_analysis_for_be();
 void finalize_dd_edges();
+// Removes the loop of a block that jumps to itself when its body does nothing
+// that outlives the loop; true when it did.
+bool remove_empty_loop(BBLK* bb);
 void finalize_ldspec_advice();
 // The loop tree of the current function, or null.
 LOOP* current_loops();

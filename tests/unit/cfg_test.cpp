@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "driver/driver.h"
+#include "driver/options.h"
 #include "inline/funinfo.h"
 #include "ir/bblk.h"
 #include "ir/ir.h"
@@ -67,6 +68,8 @@ struct Cfg : ::testing::Test {
     SYMTAB* x = nullptr;
     SYMTAB* c = nullptr;
     FUNINFO* f = nullptr;
+    // Without any, the run is at level 1 with speed goal 4.
+    option_obj options;
 
     void SetUp() override {
         int_type();
@@ -78,9 +81,16 @@ struct Cfg : ::testing::Test {
         currfuninfo = f;
     }
     void TearDown() override {
+        file_options = nullptr;
         erase_bblocks(f);
         currfuninfo = nullptr;
         delete f;
+    }
+
+    // A goal of size over speed: no block is duplicated into its predecessors.
+    void favour_size() {
+        ASSERT_TRUE(options.process_option("-opt_for_speed=2", false));
+        file_options = &options;
     }
 
     // x = k: the marker by which tests find blocks.
@@ -419,6 +429,7 @@ TEST_F(Cfg, ChainsOfJumpsAreThreaded) {
     // if (c) goto 1 else 2; L1: goto 3; L3: goto 4; L4: x=1; return; L2: x=2; goto 3
     build({iff(cond(), 1, 2), label(1), go(3), label(3), go(4), label(4), mark(1), ret(), label(2),
            mark(2), go(3)});
+    favour_size();
     simp();
     EXPECT_EQ(blocks().size(), 3u);
     EXPECT_EQ(targets(f->bb_list)[0], block_with(1));
@@ -525,6 +536,7 @@ TEST_F(Cfg, LoopWhoseOnlyExitIsAReturnStays) {
     // x=0; L1: x=1; if (c) goto 2 else 3; L2: return x; L3: x=3; goto 1
     build(
         {mark(0), label(1), mark(1), iff(cond(), 2, 3), label(2), ret(), label(3), mark(3), go(1)});
+    favour_size();
     simp();
     BBLK* head = block_with(1);
     ASSERT_NE(head, nullptr);
