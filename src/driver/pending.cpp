@@ -92,9 +92,6 @@ void expand_cluster_refs() {}
 void expand_bitfields() {}
 void erase_all() {}
 
-// Reading and writing function bodies and initial data.
-void I_FILE::if_write_init(SYMTAB*) {}
-void write_symbol_init(SYMTAB*) {}
 
 // The simplifier.
 void transform_DIVs_by_ICONs() {}

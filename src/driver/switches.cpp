@@ -217,6 +217,7 @@ const char* const catalogue_names[] = {
     "disable:superblock_opt",
     "disable:switch_hoisting",
     "disable:tail_duplication",
+    "disable:tail_recursion",
     "disable:target_expansion",
     "disable:trace_straighten",
     "disable:vecvec",

@@ -213,6 +213,19 @@ void I_FILE::if_write_func_info(int value) {
     i_flush(IF_FUNC_INFO);
 }
 
+// The first initializer ends the main stream: the initializer section starts
+// right behind its end marker, and if_close ends the section in turn.
+void I_FILE::if_write_init(SYMTAB* sym) {
+    if (init_offset == 0) {
+        i_write_eof();
+        init_offset = static_cast<uint32_t>(if_tell());
+    }
+    i_write_uint(sym->file_index);
+    i_flush(IF_INIT);
+    for (EXPR_LIST* l = sym->init; l; l = l->next)
+        if_write_expr_node(l->tree);
+}
+
 void I_FILE::if_write_loop(uint32_t number, uint32_t second, uint32_t min_trips,
                            uint32_t max_trips, uint32_t factor, unsigned flags) {
     for (uint32_t v : {number, second, min_trips, max_trips, factor})

@@ -420,6 +420,13 @@ void wrtree(NODE* t) {
     o_file->if_write_expr_node(t);
 }
 
+void write_symbol_init(SYMTAB* sym) {
+    // A global not entered in the output has no index to give its data.
+    OPTASSERT(sym->file_index < o_file->global_count && o_file->globals[sym->file_index] == sym);
+    o_file->if_write_init(sym);
+    dprintf("%c\tinitial data of %s\n", ';', sym->name);
+}
+
 void wrsfid(const char* text) {
     o_file->i_write_string(text, 0);
     o_file->i_flush(IF_SOURCE_NAME);

@@ -241,6 +241,7 @@ void buildcfg() {
     }
     erase_tree(exit_label);
     label_mapping.clear();
+    remove_tail_recursion();
     rebuildcfg();
 }
 

@@ -25,6 +25,9 @@ NODE* mk_IF(NODE* cond, NODE* taken, NODE* not_taken, LS* scope);
 NODE* mk_LABELDEF(LBL* lbl);
 // Builds the blocks of currfuninfo from its statement list.
 void buildcfg();
+// The step of buildcfg that turns self-calls in tail position into jumps; the
+// blocks and their successor edges must be complete, the order need not be.
+void remove_tail_recursion();
 void renumber_bblocks();
 void simpcfg(bool full, bool may_speculate);
 void rebuildcfg();
