@@ -10,6 +10,7 @@ config.test_exec_root = os.path.join(config.ondrel_bin_root, "tests", "lit")
 
 bindir = config.ondrel_bin_root
 config.substitutions.append(("%ondrel-opt", os.path.join(bindir, "ondrel-opt")))
+config.substitutions.append(("%ondrel-cfe", os.path.join(bindir, "ondrel-cfe")))
 config.substitutions.append(("%ondrel-dump", os.path.join(bindir, "ondrel-dump")))
 config.substitutions.append(("%mkif", "python3 " + os.path.join(config.test_source_root, "Inputs", "mkif.py")))
 config.substitutions.append(("%inputs", os.path.join(config.test_source_root, "Inputs")))
