@@ -145,4 +145,7 @@ private:
     std::map<std::string, unsigned> hidden_counts;
 };
 
+// Whether an initializer leaves every byte of its object zero (globals.cpp).
+bool all_zero(const clang::Expr* e, clang::ASTContext& ctx);
+
 } // namespace cfe

@@ -939,30 +939,6 @@ NODE* FN::field_of(NODE* record_lv, const FieldDecl* fd) {
     return u.node(STDOT, u.type_of(fd->getType()), record_lv, f);
 }
 
-namespace {
-
-// Whether an initializer leaves every byte of its object zero.
-bool all_zero(const Expr* e, ASTContext& ctx) {
-    if (isa<ImplicitValueInitExpr>(e))
-        return true;
-    if (const auto* il = dyn_cast<InitListExpr>(e)) {
-        for (const Expr* i : il->inits())
-            if (!all_zero(i, ctx))
-                return false;
-        return !il->hasArrayFiller() || all_zero(il->getArrayFiller(), ctx);
-    }
-    Expr::EvalResult r;
-    if (e->HasSideEffects(ctx) || !e->EvaluateAsRValue(r, ctx))
-        return false;
-    if (r.Val.isInt())
-        return r.Val.getInt() == 0;
-    if (r.Val.isFloat())
-        return r.Val.getFloat().isPosZero();
-    return r.Val.isLValue() && r.Val.isNullPointer();
-}
-
-} // namespace
-
 bool FN::covers_all(QualType t, const Expr* init) {
     QualType ct = t.getCanonicalType();
     if (isa<ImplicitValueInitExpr>(init))

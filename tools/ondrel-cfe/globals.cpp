@@ -67,6 +67,8 @@ void DATA_BUILDER::add_bits(const llvm::APSInt& value, uint64_t bit_offset, unsi
     }
 }
 
+} // namespace
+
 // Whether an initializer leaves every byte of its object zero.
 bool all_zero(const Expr* e, ASTContext& ctx) {
     if (isa<ImplicitValueInitExpr>(e))
@@ -86,6 +88,8 @@ bool all_zero(const Expr* e, ASTContext& ctx) {
         return r.Val.getFloat().isPosZero();
     return r.Val.isLValue() && r.Val.isNullPointer();
 }
+
+namespace {
 
 void DATA_BUILDER::add_init(const Expr* init, QualType t, uint64_t offset) {
     QualType ct = t.getCanonicalType();
