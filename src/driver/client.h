@@ -34,3 +34,9 @@ NODE* expr_cleanup(NODE* t);
 
 // The profile subsystem: the state of a function's first statement.
 void initialize_the_profiling_state(NODE* branch);
+
+// Tools that read a file without optimizing it: reads the whole file named
+// (its functions turned into blocks), or prints why it cannot and returns
+// the exit status; then closes it.
+int read_file_for_tool(const char* path);
+void close_file_for_tool();

@@ -2,6 +2,7 @@
 // rebuilt into reverse postorder after structural change.
 #include <map>
 
+#include "driver/client.h"
 #include "driver/diag.h"
 #include "driver/driver.h"
 #include "inline/funinfo.h"
@@ -241,7 +242,9 @@ void buildcfg() {
     }
     erase_tree(exit_label);
     label_mapping.clear();
-    remove_tail_recursion();
+    // A tool that only reads the file sees the calls as written.
+    if (!client_reads_only)
+        remove_tail_recursion();
     rebuildcfg();
 }
 
