@@ -186,6 +186,20 @@ bool thread_terminator(BBLK* b) {
     return threaded;
 }
 
+// A BRANCH into a test that the constant just stored decides: the jump goes
+// where the test would send it.
+bool thread_branch_by_value(BBLK* b) {
+    NODE* t = last_stmt(b);
+    BBLK* target = t->op == BRANCH ? label_target(t->left) : nullptr;
+    if (!target)
+        return false;
+    BBLK* to = thread_by_value(b, target);
+    if (to == target)
+        return false;
+    set_label_operand(t->left, to);
+    return true;
+}
+
 // An IF or SWITCH whose value is COMMAOP runs the left side first.
 bool peel_comma_value(BBLK* b, NODE*& value) {
     if (!value || value->op != COMMAOP)
@@ -338,16 +352,56 @@ bool offer_empty_loop(BBLK* b, NODE* t) {
     return remove_empty_loop(b);
 }
 
+// Whether two pure tests hold in the same states: congruent, or one the
+// negation of the inverse relation of the other, as marking leaves them.
+bool tests_agree(const NODE* a, const NODE* b) {
+    if (trees_are_congruent(a, b, 0))
+        return true;
+    if (b->op == EXCLAIM)
+        std::swap(a, b);
+    if (a->op != EXCLAIM || !a->left)
+        return false;
+    const NODE* e = a->left;
+    return e->left && e->right && b->left && b->right && boolean_inv[e->op] == b->op &&
+           tree_is_trivially_invertible(e) && trees_are_congruent(e->left, b->left, 0) &&
+           trees_are_congruent(e->right, b->right, 0);
+}
+
+// if (c) goto T else F, and the next block holds only if (c) goto T else F:
+// the first test becomes a jump to the second, free once the two are laid
+// out in this order. The next block must hold nothing but its IF, or what it
+// does would run where it did not, and could change what c reads before c is
+// tested again. Both tests must be pure: congruence says nothing of trees
+// with effects, and a volatile access stays in the statement that makes it.
+bool drop_repeated_test(BBLK* b, NODE* t) {
+    BBLK* n = b->next;
+    NODE* u = n ? lone_IF(n) : nullptr;
+    if (!u || n == entry_bb() || n->loop != b->loop || (n->flags & BB_KEEP_DUPLICATE_TEST) ||
+        bb_is_loop_head(n) || !condition_is_pure(t->left) || !condition_is_pure(u->left))
+        return false;
+    BBLK* yes = taken_target(t);
+    BBLK* no = not_taken_target(t);
+    if (!yes || !no || yes == no)
+        return false;
+    const bool same = taken_target(u) == yes && not_taken_target(u) == no;
+    const bool swapped = taken_target(u) == no && not_taken_target(u) == yes;
+    if (!(same && tests_agree(t->left, u->left)) && !(swapped && bools_are_congruent(t, u)))
+        return false;
+    make_branch(b, n, nullptr);
+    return true;
+}
+
 bool rewrite_terminator(BBLK* b) {
     NODE* t = last_stmt(b);
     if (!t)
         return false;
-    if (thread_terminator(b))
+    if (thread_terminator(b) || (opt_level() >= 1 && thread_branch_by_value(b)))
         return true;
     switch (t->op) {
     case IF:
         return rewrite_IF(b, t) || fold_increment_diamond(b, t) || drop_empty_then_arm(b, t) ||
-               offer_empty_loop(b, t) || merge_two_armed_assignment(b, t, full_mode, speculate) ||
+               offer_empty_loop(b, t) || (full_mode && drop_repeated_test(b, t)) ||
+               merge_two_armed_assignment(b, t, full_mode, speculate) ||
                (full_mode && join_OROR(b, t)) || fuse_loop_exit_test(b, t);
     case SWITCH:
         return rewrite_SWITCH(b, t);
@@ -389,21 +443,6 @@ bool merge_with_successor(BBLK* b) {
     b->last_psn = s->last_psn;
     delink_old_bb(s);
     return true;
-}
-
-// Whether two pure tests hold in the same states: congruent, or one the
-// negation of the inverse relation of the other, as marking leaves them.
-bool tests_agree(const NODE* a, const NODE* b) {
-    if (trees_are_congruent(a, b, 0))
-        return true;
-    if (b->op == EXCLAIM)
-        std::swap(a, b);
-    if (a->op != EXCLAIM || !a->left)
-        return false;
-    const NODE* e = a->left;
-    return e->left && e->right && b->left && b->right && boolean_inv[e->op] == b->op &&
-           tree_is_trivially_invertible(e) && trees_are_congruent(e->left, b->left, 0) &&
-           trees_are_congruent(e->right, b->right, 0);
 }
 
 // Two tests of one condition, both ahead of this block and both going here or
@@ -575,6 +614,10 @@ bool duplicate_successor(BBLK* b) {
     BBLK* s = b->succs->bb;
     if (!last || last->tree->op != BRANCH || s == b || s == entry_bb() || is_branch_only(s) ||
         s->loop != b->loop || s->trace || entry_keeps_prolog(b) || !block_may_be_duplicated(s))
+        return false;
+    // The copy of a lone IF into the block laid out before it is what the
+    // repeated test rule of full mode undoes: the two would take turns.
+    if (full_mode && s == b->next && lone_IF(s))
         return false;
     drop_label_uses(last->tree);
     erase_tree(last->tree);

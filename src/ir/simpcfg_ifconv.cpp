@@ -53,18 +53,6 @@ BBLK* diamond_arm_join(BBLK* arm, const BBLK* from, const NODE*& body) {
     return label_target(s->next->tree->left);
 }
 
-// A variable that may be read and written on a path that did not touch it: a
-// local, not volatile and with no address taken, so that no other thread, no
-// signal handler and no pointer can see the extra store.
-bool may_store_unconditionally(const NODE* lhs) {
-    if (lhs->op != NAME || type_is_volatile(lhs->type) || !lhs->type->is_integral())
-        return false;
-    const SYMTAB* s = lhs->name_symbol();
-    return s && s->lex >= 1 && !symbol_is_volatile(s) && !(s->state & SYM_ADDRESS_TAKEN) &&
-           !s->aliased && !(s->qual & SQ_CREGISTER) && s->sclass != SC_STATIC &&
-           s->sclass != SC_GLOBAL_DEF && s->sclass != SC_EXTERN_DECL;
-}
-
 // Whether the tree may be evaluated where the program did not evaluate it:
 // nothing read through a pointer, no call, no division that may fault, no
 // volatile access and no floating point (its exceptions, and conversions out
@@ -225,6 +213,18 @@ NODE* select_constants_by_bit(NODE* c, INT65 k1, INT65 k2, TYPE* r) {
 
 } // namespace
 
+// A local, not volatile and with no address taken: no other thread, no signal
+// handler and no pointer can see it, and only the statements that name it
+// read or write it.
+bool tree_is_private_scalar(const NODE* t) {
+    if (t->op != NAME || type_is_volatile(t->type) || !t->type->is_integral())
+        return false;
+    const SYMTAB* s = t->name_symbol();
+    return s && s->lex >= 1 && !symbol_is_volatile(s) && !(s->state & SYM_ADDRESS_TAKEN) &&
+           !s->aliased && !(s->qual & SQ_CREGISTER) && s->sclass != SC_STATIC &&
+           s->sclass != SC_GLOBAL_DEF && s->sclass != SC_EXTERN_DECL;
+}
+
 // if (c) x = x + 1;  =>  x = x + (c != 0), likewise -, | and ^ with 1. Only the
 // constant 1 changes, into the test as 0 or 1 of its type: on the path that
 // did not assign, x op 0 stores x back, which only a variable nobody else can
@@ -239,7 +239,7 @@ bool fold_increment_diamond(BBLK* b, NODE* t) {
         const NODE* asg = nullptr;
         if (!join || join == b || diamond_arm_join(arm, b, asg) != join)
             continue;
-        if (asg->op != ASG || !may_store_unconditionally(asg->left))
+        if (asg->op != ASG || !tree_is_private_scalar(asg->left))
             continue;
         const NODE* rhs = asg->right;
         if ((rhs->op != PLUS && rhs->op != MINUS && rhs->op != ORB && rhs->op != XORB) ||

@@ -1,5 +1,6 @@
 // What the parts of the CFG simplifier share: simpcfg.cpp, simpcfg_ifconv.cpp,
-// crossjump.cpp and switchcases.cpp. Nothing outside them includes it.
+// simpcfg_thread.cpp, crossjump.cpp and switchcases.cpp. Nothing outside them
+// includes it.
 #pragma once
 
 #include <string>
@@ -47,11 +48,20 @@ bool tree_lists_are_congruent(const LIST* a, const LIST* b);
 // The successor duplication test of the block merging step.
 bool block_may_be_duplicated(const BBLK* s);
 
+// A local scalar that only the statements naming it can read or write: not
+// volatile, not global or static, its address never taken, not aliased.
+bool tree_is_private_scalar(const NODE* t);
+
 // If-conversion of IF terminators (simpcfg_ifconv.cpp). Each rewrites the
 // block's terminator and returns true, or leaves everything as it was.
 bool fold_increment_diamond(BBLK* b, NODE* t);
 bool merge_two_armed_assignment(BBLK* b, NODE* t, bool full, bool may_speculate);
 bool fuse_loop_exit_test(BBLK* b, NODE* t);
+
+// Value-driven threading (simpcfg_thread.cpp): where a BRANCH from `from` to
+// `target` really lands when `target` holds only an IF that the constant
+// `from` last assigned decides; `target` itself when nothing is known.
+BBLK* thread_by_value(BBLK* from, BBLK* target);
 
 // Cross jumping (crossjump.cpp); true when the graph changed. The dfn of
 // blocks it makes is stale until the caller renumbers.

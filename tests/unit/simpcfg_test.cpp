@@ -329,6 +329,16 @@ struct CfgRewrite : ::testing::Test {
                     return b;
         return nullptr;
     }
+    // The first IF that control meets leaving b, following BRANCHes.
+    const NODE* next_test(BBLK* b) {
+        for (int hops = 0; b && hops < 8; hops++) {
+            const NODE* t = last_stmt(b);
+            if (t->op != BRANCH)
+                return t->op == IF ? t : nullptr;
+            b = label_target(t->left);
+        }
+        return nullptr;
+    }
     std::vector<BBLK*> targets(BBLK* b) {
         std::vector<NODE*> labels;
         collect_label_operands(last_stmt(b), labels);
@@ -1096,4 +1106,173 @@ TEST_F(CfgRewrite, SwitchCasesOutsideTheTypeGoAndAKnownMultipleIsDivided) {
     log = logged([&] { optimize_SWITCH_cases(); });
     EXPECT_EQ(last_stmt(f->bb_list)->left->op, NAME);
     EXPECT_NE(log.find("--> Range is <= 0 or >= 500\n"), std::string::npos) << log;
+}
+
+// A BRANCH from a block that has just stored a constant into a block that only
+// tests that variable goes where the test goes. The stored value is converted
+// to the variable's type first, and the test is decided as the target
+// computes it. The other way into the test keeps it.
+TEST_F(CfgRewrite, BranchIntoATestOfAJustStoredConstantGoesWhereTheTestGoes) {
+    SYMTAB* g = var("g", tp->mk_func(int_type(), false, false, false), 0);
+    SYMTAB* ch = var("ch", ty(TYPE::ik_char));
+    SYMTAB* uc = var("uc", ty(TYPE::ik_uchar));
+    SYMTAB* b = var("b", ty(TYPE::ik_bool));
+    const auto widened = [&](SYMTAB* v) {
+        return maketree(SCONV, nm(v), nullptr, int_type(), nullptr);
+    };
+    // Each case is built once, so its trees are made here.
+    struct Case {
+        const char* what;
+        SYMTAB* v;
+        std::vector<NODE*> path;
+        NODE* test;
+        bool taken;
+    };
+    const Case cases[] = {
+        {"x == 0", x, {asg(x, icon(0))}, rel(EQ, nm(x), icon(0)), true},
+        {"x < 5 with 7", x, {asg(x, icon(7))}, rel(LT, nm(x), icon(5)), false},
+        {"x with 0", x, {asg(x, icon(0))}, nm(x), false},
+        {"!x with 0", x, {asg(x, icon(0))}, mk_EXCLAIM(nm(x)), true},
+        {"char 200 < 0", ch, {asg(ch, icon(200))}, rel(LT, widened(ch), icon(0)), true},
+        {"uchar 259 == 3", uc, {asg(uc, icon(259))}, rel(EQ, widened(uc), icon(3)), true},
+        {"_Bool 2", b, {asg(b, icon(2))}, nm(b), true},
+        {"_Bool 2 == 1", b, {asg(b, icon(2))}, rel(EQ, widened(b), icon(1)), true},
+        {"last of two stores, read after",
+         x,
+         {asg(x, nm(d)), asg(x, icon(0)), asg(y, op(PLUS, nm(x), icon(1)))},
+         rel(EQ, nm(x), icon(0)),
+         true},
+    };
+    for (const Case& k : cases) {
+        std::vector<NODE*> stmts = {iff(nm(c), 1, 2), label(1), asg(y, icon(1))};
+        stmts.insert(stmts.end(), k.path.begin(), k.path.end());
+        for (NODE* t : {go(3), label(2), asg(y, icon(2)), asg(k.v, nm(d)), label(3),
+                        iff(k.test, 4, 5), label(4), call(g), asg(y, icon(40)), ret(nm(k.v)),
+                        label(5), call(g), asg(y, icon(50)), ret(nm(k.v))})
+            stmts.push_back(t);
+        build(stmts);
+        expect_same_meaning(
+            {{c, {0, 1}}, {d, {-56, -1, 0, 1, 3, 7, 200, 259}}}, {k.v, y}, [&] { simp(); }, k.what);
+        EXPECT_EQ(targets(block_with_value(1)),
+                  std::vector<BBLK*>{block_with_value(k.taken ? 40 : 50)})
+            << k.what;
+        EXPECT_EQ(count(IF), 2) << k.what << ": the other way keeps its test";
+    }
+}
+
+// Where the value at the jump is not certain, or the test block does more,
+// the jump still meets the test: a variable others may see or change (global,
+// address taken, volatile), a later change in the jumping block, a test of
+// more than the variable, a statement ahead of the test, and level 0.
+TEST_F(CfgRewrite, BranchKeepsItsTestWhenTheStoredValueIsNotCertain) {
+    SYMTAB* g = var("g", tp->mk_func(int_type(), false, false, false), 0);
+    SYMTAB* global = var("gl", int_type(), 0);
+    global->sclass = SC_GLOBAL_DEF;
+    SYMTAB* addr = var("a");
+    addr->state |= SYM_ADDRESS_TAKEN;
+    SYMTAB* vol = var("v", tp->mk_qual(int_type(), TQ_VOLATILE));
+    const auto is_zero = [&](SYMTAB* v) { return rel(EQ, nm(v), icon(0)); };
+    struct Case {
+        const char* what;
+        SYMTAB* v;
+        std::vector<NODE*> path;
+        NODE* test;
+        NODE* ahead = nullptr;
+    };
+    const auto shape = [&](const Case& k) {
+        std::vector<NODE*> stmts = {iff(nm(c), 1, 2), label(1), asg(y, icon(1))};
+        stmts.insert(stmts.end(), k.path.begin(), k.path.end());
+        for (NODE* t : {go(3), label(2), asg(y, icon(2)), asg(k.v, nm(d)), label(3)})
+            stmts.push_back(t);
+        if (k.ahead)
+            stmts.push_back(k.ahead);
+        for (NODE* t : {iff(k.test, 4, 5), label(4), call(g), asg(y, icon(40)), ret(nm(k.v)),
+                        label(5), call(g), asg(y, icon(50)), ret(nm(k.v))})
+            stmts.push_back(t);
+        build(stmts);
+    };
+    const Case cases[] = {
+        {"global", global, {asg(global, icon(0))}, is_zero(global), nullptr},
+        {"address taken", addr, {asg(addr, icon(0))}, is_zero(addr), nullptr},
+        {"volatile", vol, {asg(vol, icon(0))}, is_zero(vol), nullptr},
+        {"x = x + d after", x, {asg(x, icon(0)), asg(x, op(PLUS, nm(x), nm(d)))}, is_zero(x)},
+        {"x += d after", x, {asg(x, icon(0)), op(PLUSASG, nm(x), nm(d))}, is_zero(x)},
+        {"y = (x = d) after", x, {asg(x, icon(0)), asg(y, asg(x, nm(d)))}, is_zero(x)},
+        {"test of x and d", x, {asg(x, icon(0))}, rel(EQ, nm(x), nm(d))},
+        {"statement ahead", x, {asg(x, icon(0))}, is_zero(x), asg(y, op(PLUS, nm(y), icon(1)))},
+        {"level 0", x, {asg(x, icon(0))}, is_zero(x)},
+    };
+    for (const Case& k : cases) {
+        if (k.what == std::string("level 0"))
+            set_option("-opt_level=0");
+        shape(k);
+        expect_same_meaning(
+            {{c, {0, 1}}, {d, {-1, 0, 3}}}, {k.v, y}, [&] { simp(); }, k.what);
+        const NODE* test = next_test(block_with_value(1));
+        EXPECT_TRUE(test && sym_appears_in_tree(k.v, test->left)) << k.what;
+    }
+}
+
+// Full mode: an IF whose next block holds only the same test with the same
+// targets becomes a jump to that block. A negated test with the arms swapped
+// is the same test.
+TEST_F(CfgRewrite, RepeatedTestOfTheNextBlockBecomesABranchInFullMode) {
+    SYMTAB* g = var("g", tp->mk_func(int_type(), false, false, false), 0);
+    SYMTAB* vol = var("v", tp->mk_qual(int_type(), TQ_VOLATILE));
+    // entry: if (d) goto N else A;  A: y = 1; <first>;  N: <ahead> <second>
+    const auto shape = [&](NODE* first, NODE* ahead, NODE* second) {
+        std::vector<NODE*> stmts = {iff(nm(d), 2, 1), label(1), asg(y, icon(1)), first, label(2)};
+        if (ahead)
+            stmts.push_back(ahead);
+        for (NODE* t : {second, label(3), call(g), asg(x, icon(3)), ret(nm(x)), label(4), call(g),
+                        asg(x, icon(4)), ret(nm(x))})
+            stmts.push_back(t);
+        build(stmts);
+    };
+    const auto below5 = [&] { return rel(LT, nm(c), icon(5)); };
+    const std::vector<std::pair<SYMTAB*, std::vector<long long>>> domain = {
+        {c, {0, 4, 5, 9}}, {d, {0, 1}}, {y, {0, 6}}};
+    for (bool swapped : {false, true}) {
+        const char* what = swapped ? "negated, arms swapped" : "same";
+        shape(swapped ? iff(rel(GE, nm(c), icon(5)), 4, 3) : iff(below5(), 3, 4), nullptr,
+              iff(below5(), 3, 4));
+        BBLK* a = block_with_value(1);
+        BBLK* n = a->next;
+        ASSERT_TRUE(n && n->statements && !n->statements->next && n->statements->tree->op == IF)
+            << what << ": the shape puts the lone test next";
+        // Copying the lone test back would hide a rewrite outside full mode.
+        process_debug_option("disable", "tail_duplication");
+        simp();
+        process_debug_option("disable", "tail_duplication=0");
+        EXPECT_EQ(last_stmt(a)->op, IF) << what << ": only in full mode";
+        expect_same_meaning(
+            domain, {x, y}, [&] { simp(true); }, what);
+        EXPECT_EQ(targets(a), std::vector<BBLK*>{n}) << what;
+        EXPECT_EQ(count(IF), 2) << what;
+    }
+
+    // The next block does more than test, or tests something else, or the
+    // test reads a volatile or has an effect: the first test stays. Without a
+    // second IF given, the next block tests a copy of the first one's test.
+    struct Case {
+        const char* what;
+        NODE* test;
+        NODE* ahead = nullptr;
+        NODE* second = nullptr;
+    };
+    const Case cases[] = {
+        {"writes what the test reads", below5(), asg(c, op(PLUS, nm(c), icon(1)))},
+        {"writes something else", below5(), asg(y, icon(7))},
+        {"another test", below5(), nullptr, iff(rel(LT, nm(c), icon(6)), 3, 4)},
+        {"other targets", below5(), nullptr, iff(below5(), 4, 3)},
+        {"volatile", rel(LT, nm(vol), icon(5))},
+        {"an effect", rel(LT, asg(y, nm(c)), icon(5))},
+    };
+    for (const Case& k : cases) {
+        shape(iff(k.test, 3, 4), k.ahead, k.second ? k.second : iff(copy_tree(k.test, true), 3, 4));
+        BBLK* a = block_with_value(1);
+        expect_same_meaning(
+            domain, {x, y}, [&] { simp(true); }, k.what);
+        EXPECT_EQ(last_stmt(a)->op, IF) << k.what;
+    }
 }
