@@ -1019,10 +1019,13 @@ void FN::init_leaves(NODE* lv, QualType t, const Expr* init, std::vector<NODE*>&
         const auto* at = cast<ConstantArrayType>(u.ctx.getAsArrayType(ct));
         QualType et = at->getElementType();
         const uint64_t count = at->getSize().getZExtValue();
+        TYPE* ut = u.unqualified(et);
         for (uint64_t i = 0; i < count && i <= sl->getLength(); i++) {
             const uint32_t unit = i < sl->getLength() ? sl->getCodeUnit(i) : 0;
-            out.push_back(u.node(ASG, u.unqualified(et), element(copy(lv), et, i),
-                                 u.icon(unit, u.unqualified(et))));
+            // The code unit as a value of the element type: "\xff" in a
+            // signed char is -1.
+            const llvm::APSInt v(llvm::APInt(32, unit), true);
+            out.push_back(u.node(ASG, ut, element(copy(lv), et, i), u.int_const(v, ut)));
         }
         erase_tree(lv);
         return;

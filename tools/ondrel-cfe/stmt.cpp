@@ -275,12 +275,18 @@ void FN::switch_stmt(const SwitchStmt* ss) {
         llvm::APSInt hi = cs->getRHS() ? cs->getRHS()->EvaluateKnownConstInt(u.ctx) : lo;
         lo = lo.extOrTrunc(64);
         hi = hi.extOrTrunc(64);
-        if (hi.getExtValue() - lo.getExtValue() >= 1024) {
+        lo.setIsUnsigned(!vt->is_signed());
+        hi.setIsUnsigned(!vt->is_signed());
+        if (hi < lo)
+            continue; // an empty range
+        // Counted from lo, so that a case at the type's maximum ends the loop.
+        const uint64_t span = (hi - lo).getZExtValue();
+        if (span >= 1024) {
             u.unsupported(cs->getBeginLoc(), "a case range of more than 1024 values");
             continue;
         }
-        for (int64_t v = lo.getExtValue(); v <= hi.getExtValue(); v++) {
-            llvm::APSInt c(llvm::APInt(64, static_cast<uint64_t>(v), true), false);
+        for (uint64_t i = 0; i <= span; i++) {
+            llvm::APSInt c(lo + llvm::APInt(64, i), false);
             c = c.extOrTrunc(width);
             c.setIsUnsigned(!vt->is_signed());
             append(u.node(CASE, u.void_type(), u.int_const(c, vt), label_ref(case_labels[sc])));

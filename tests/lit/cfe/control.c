@@ -194,3 +194,23 @@ out:
 // The optimizer reads all of it into blocks.
 // DUMP: func sw(v: int) -> int
 // DUMP: switch (v) {case 1: bb{{[0-9]+}}; case 2: [[B:bb[0-9]+]]; case 3: [[B]]; case 4: [[B]]; case -1: bb{{[0-9]+}}; default: bb{{[0-9]+}}}
+
+int sw_limits(long long v, unsigned long long u) {
+    switch (v) {
+    case 0x7ffffffffffffffeLL ... 0x7fffffffffffffffLL:
+        return 1;
+    case 5 ... 3:
+        return 2;
+    }
+    switch (u) {
+    case 0xffffffffffffffffULL:
+        return 3;
+    case 0:
+        return 4;
+    }
+    return 0;
+}
+// A case at the top of its type ends its range; an empty range has no case.
+// DUMP-LABEL: func sw_limits(
+// DUMP: switch (v) {case 9223372036854775806ll: [[T:bb[0-9]+]]; case 9223372036854775807ll: [[T]]; default: bb{{[0-9]+}}}
+// DUMP: switch (u) {case 18446744073709551615ull: bb{{[0-9]+}}; case 0ull: bb{{[0-9]+}}; default: bb{{[0-9]+}}}

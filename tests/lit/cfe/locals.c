@@ -53,6 +53,20 @@ int init(int n) {
 // CHECK-NEXT: s = $init2
 // CHECK-NEXT: t = $init3
 
+struct name { signed char text[4]; int len; };
+
+int signed_text(int n) {
+    struct name x = {"\xff\x80", n};
+    return x.text[0] + x.len;
+}
+// The characters of a string set one by one are values of the element type.
+// CHECK-LABEL: func signed_text(
+// CHECK:      x = $zero3
+// CHECK-NEXT: *&x.text = signed char(-1)
+// CHECK-NEXT: *(&x.text + 1) = signed char(-128)
+// CHECK-NEXT: *(&x.text + 2) = signed char(0)
+// CHECK-NEXT: x.len = n
+
 int literals(int n) {
     int *p = (int[]){n, 2};
     struct p q = (struct p){.y = n};
