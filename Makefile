@@ -2,7 +2,7 @@
 BUILD ?= build
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build test unit lit demo clean
+.PHONY: all deps configure build test unit lit diff demo clean
 
 all: build
 
@@ -25,6 +25,11 @@ unit: build
 
 lit: build
 	python3 $$(llvm-config-14 --prefix)/build/utils/lit/lit.py -sv $(BUILD)/tests/lit
+
+# Random csmith programs through the differential test bed: make diff N=500
+N ?= 100
+diff: build
+	tests/diff/run --bin $(BUILD) -j $(JOBS) --random $(N)
 
 demo: build
 	@scripts/demo $(BUILD)

@@ -156,7 +156,15 @@ void I_FILE::if_write_expr(NODE* tree, const PSN* psn) {
 
 void I_FILE::if_write_expr_node(NODE* t) {
     for (; t; t = t->right) {
-        const int op = t->op;
+        int op = t->op;
+        // An ICON holds 32 bits on file: a folded 64-bit value goes as an LCON.
+        if (op == ICON) {
+            const int64_t v = t->value.to_int64();
+            const bool fits = t->type && t->type->is_signed() ? v >= INT32_MIN && v <= INT32_MAX
+                                                              : t->value.to_uint64() <= UINT32_MAX;
+            if (!fits)
+                op = LCON;
+        }
         // Operators of memory only must have been turned back before writing.
         OPTASSERT(op >= 0 && op <= VREG && if_node_info[op].name);
         i_write_i8(op);

@@ -144,6 +144,32 @@ TEST_F(ExprRecords, TreesComeBackNodeForNode) {
         erase_tree(t);
 }
 
+// A folded constant may hold 64 bits, which an ICON record cannot: it goes to
+// the file as an LCON with the same value, at both limits of 32 bits.
+TEST_F(ExprRecords, WideIntegerConstantsKeepTheirValue) {
+    TYPE* ll = tp->mk_int(TYPE::ik_llong);
+    TYPE* ull = tp->mk_int(TYPE::ik_ullong);
+    const std::vector<std::pair<INT65, TYPE*>> cases = {
+        {INT65::from_unsigned(1ull << 63), ull}, {INT65(-2147483649ll), ll},
+        {INT65(2147483648ll), ll},               {INT65(-2147483648ll), ll},
+        {INT65::from_unsigned(0xFFFFFFFFull), ull}, {INT65::from_unsigned(1ull << 32), ull}};
+    std::vector<NODE*> trees;
+    for (const auto& [v, t] : cases)
+        trees.push_back(mk_ICON(v, t));
+    write(trees);
+    std::vector<NODE*> back = read(trees.size());
+    for (size_t i = 0; i < cases.size(); i++) {
+        EXPECT_EQ(back[i]->value, trees[i]->value) << i;
+        EXPECT_EQ(back[i]->type->is_signed(), cases[i].second->is_signed()) << i;
+        const bool fits = i == 3 || i == 4;
+        EXPECT_EQ(back[i]->op, fits ? ICON : LCON) << i;
+    }
+    for (NODE* t : trees)
+        erase_tree(t);
+    for (NODE* t : back)
+        erase_tree(t);
+}
+
 TEST_F(ExprRecords, ConversionsToCharPointersArriveAsTheirMemoryForm) {
     chars_alias_other_types = 1;
     TYPE* pchar = tp->mk_ptr(tp->mk_int(TYPE::ik_char));

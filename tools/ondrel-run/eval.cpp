@@ -572,8 +572,8 @@ namespace {
 uint32_t align_up(uint32_t v, uint32_t a) { return (v + a - 1) / a * a; }
 
 // The variable arguments of a call, laid out as the target's stack holds
-// them: each at a multiple of 4 bytes, or of 8 for an 8-byte aligned type,
-// sizes rounded up to 4. __ondrel_va_arg and the library read them back.
+// them: each at a multiple of 4 bytes, or of 8 for a type aligned to 8
+// (structs too), sizes rounded up to 4. __ondrel_va_arg and the library read them back.
 void collect_var_args(XFunc* fn, const std::vector<uint64_t>& args, const std::vector<VT>& types,
                       uint32_t& area) {
     area = 0;
@@ -582,7 +582,7 @@ void collect_var_args(XFunc* fn, const std::vector<uint64_t>& args, const std::v
     uint32_t size = 0;
     std::vector<uint32_t> offsets;
     for (size_t i = fn->fixed_params; i < args.size(); i++) {
-        const uint32_t align = types[i].size >= 8 && types[i].k != VK::Agg ? 8 : 4;
+        const uint32_t align = types[i].align >= 8 ? 8 : 4;
         size = align_up(size, align);
         offsets.push_back(size);
         size += align_up(types[i].size, 4);
@@ -682,6 +682,11 @@ uint64_t Machine::call(XFunc* fn, const std::vector<uint64_t>& args, const std::
         std::vector<uint64_t> fixed(
             args.begin(),
             args.begin() + std::min(args.size(), fn->vararg ? fn->fixed_params : args.size()));
+        // The library reads its fixed arguments by number; a declaration
+        // with fewer would have it read past them.
+        if (fixed.size() < fn->lib_args)
+            fault("a call of %s with %zu of its %zu fixed arguments", fn->name.c_str(),
+                  fixed.size(), fn->lib_args);
         return fn->lib(*this, fixed, f.va_area);
     }
     f.object_base.reserve(fn->frame_objects.size());

@@ -158,8 +158,11 @@ bool Loader::layout_globals() {
         }
     }
     for (auto& fn : m.funcs)
-        if (!fn->info)
-            fn->lib = find_library_function(fn->name);
+        if (!fn->info) {
+            const LibEntry e = find_library_function(fn->name);
+            fn->lib = e.fn;
+            fn->lib_args = e.args;
+        }
 
     // The standard streams: FILE objects the library knows by address, and
     // the pointer variables by which the program names them.
@@ -686,6 +689,15 @@ XN* Loader::tr(NODE* n) {
                     return nullptr;
                 }
                 x->args.push_back(v);
+            }
+        }
+        if (XFunc* lib = x->callee && x->callee->lib ? x->callee : nullptr) {
+            const size_t fixed =
+                lib->vararg ? std::min(lib->fixed_params, x->args.size()) : x->args.size();
+            if (fixed < lib->lib_args) {
+                refuse("a call of %s with %zu of its %zu fixed arguments", lib->name.c_str(), fixed,
+                       lib->lib_args);
+                return nullptr;
             }
         }
         return x;

@@ -217,6 +217,7 @@ struct XFunc {
     uint32_t address = 0;
     FUNINFO* info = nullptr; // null for a library function
     LibFn lib = nullptr;
+    size_t lib_args = 0;
     VT result;
     // Parameters: their frame objects and types, in order.
     std::vector<uint32_t> param_slots;
@@ -272,8 +273,13 @@ bool load_program(Machine& m);
 // written once they have memory.
 void reserve_library_data(Machine& m);
 void write_library_data(Machine& m);
-// The library function of that name, or null.
-LibFn find_library_function(const std::string& name);
+// The library function of that name, with the number of arguments it reads
+// besides the variable ones; a null function when there is none.
+struct LibEntry {
+    LibFn fn = nullptr;
+    size_t args = 0;
+};
+LibEntry find_library_function(const std::string& name);
 
 uint64_t eval(XN* x);
 void print_stats(FILE* out);
