@@ -2,10 +2,12 @@
 // closing of the output file.
 #include "driver/driver.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdlib>
 #include <new>
 #include <stdexcept>
+#include <string_view>
 #include <vector>
 
 #include "alias/alias.h"
@@ -219,7 +221,78 @@ void step_pass_2_trailer() {
     }
 }
 
+namespace {
+
+// Under --debug=bisect_limit=N every execution of an optional step on a function takes the next
+// number, in execution order over the whole run, and those above N are skipped. Since the numbers
+// only grow, a skipped step is followed by skipped steps alone, except for these, which always
+// run and take no number (nor do the barriers, which run once for all functions):
+// - "pass 1" gathers what pass 2 and the call graph need, and drops the file-wide tables;
+// - "pass 2 inits" integrates calls, splits symbols, converts parameters and lowers vector
+//   statements: the form every later step and the writer take for granted;
+// - "SSA_reg_promote_with_simpcfg" puts the loop pragmas back and erases the loop hierarchy that
+//   the loop steps before it build and keep alive; the trailer must not meet it;
+// - "expand cluster refs" rewrites cluster references, which the writer cannot write;
+// - "pass 2 trailer" allocates registers, writes the function and tears its state down.
+// Every other step leaves the trees in file form and its own analyses released, so any prefix
+// of them makes a valid file.
+constexpr const char* steps_that_always_run[] = {"pass 1", "pass 2 inits",
+                                                 "SSA_reg_promote_with_simpcfg",
+                                                 "expand cluster refs", "pass 2 trailer"};
+
+// By serial, whether a step is one of steps_that_always_run; empty without the switch.
+std::vector<bool> always_runs;
+int bisect_limit;
+int bisect_count;
+
+// Whether --debug names bisect_limit. The switch table cannot tell: it reads an absent switch as
+// 0, which is a limit too.
+bool bisect_switch_given() {
+    if (!file_options)
+        return false;
+    for (int i = 0; i < file_options->getargcount(OPT_DEBUG_SWITCHES); i++) {
+        const std::string_view spec = file_options->getstrarg(OPT_DEBUG_SWITCHES, i);
+        for (size_t at = 0; at <= spec.size();) {
+            const size_t end = std::min(spec.find(',', at), spec.size());
+            const std::string_view token = spec.substr(at, end - at);
+            if (token.substr(0, token.find('=')) == "bisect_limit")
+                return true;
+            at = end + 1;
+        }
+    }
+    return false;
+}
+
+void init_bisect() {
+    if (!bisect_switch_given())
+        return;
+    bisect_limit = pass_debug("bisect_limit");
+    always_runs.assign(global_pass_manager.size(), false);
+    for (const char* name : steps_that_always_run) {
+        bool found = false;
+        for (const pass* p : global_pass_manager.passes)
+            if (p->name == name)
+                always_runs[p->serial()] = found = true;
+        OPTASSERT(found);
+    }
+}
+
+// Whether step p runs on function f; numbers and reports it under the switch.
+bool bisect_lets_run(const pass* p, const SYMTAB* f) {
+    if (always_runs.empty() || always_runs[p->serial()])
+        return true;
+    const int k = ++bisect_count;
+    // A negative limit, like a huge one, lets every step run.
+    const bool run = bisect_limit < 0 || k <= bisect_limit;
+    fprintf(stderr, "BISECT: %s step (%d) '%s' on function %s\n", run ? "running" : "NOT running",
+            k, p->name.c_str(), f->name);
+    return run;
+}
+
+} // namespace
+
 void run_step_rounds() {
+    init_bisect();
     for (;;) {
         bool any = false;
         for (SYMTAB* f : functions)
@@ -244,7 +317,8 @@ void run_step_rounds() {
                     log_function_header();
                     first_step = false;
                 }
-                p->run();
+                if (bisect_lets_run(p, f))
+                    p->run();
                 steps.pop_front();
             }
         }

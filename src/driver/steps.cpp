@@ -3,6 +3,7 @@
 #include "driver/passes.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <malloc.h>
 
@@ -13,7 +14,9 @@
 #include "inline/inline.h"
 #include "ir/bblk.h"
 #include "ir/ir.h"
+#include "ir/node.h"
 #include "ir/symtab.h"
+#include "ir/types.h"
 #include "lir/lir.h"
 #include "loopnest/loopnest.h"
 #include "scalar/scalar.h"
@@ -194,6 +197,30 @@ void step_expand_cluster_refs() {
         expand_cluster_refs();
 }
 
+// The first integer PLUS of t, depth first, left before right.
+NODE* first_integer_plus(NODE* t) {
+    if (!t)
+        return nullptr;
+    if (t->op == PLUS && t->type && t->type->is_integral())
+        return t;
+    if (NODE* n = first_integer_plus(t->left))
+        return n;
+    return first_integer_plus(t->right);
+}
+
+// A wrong rewrite on purpose, under --debug=plant_miscompile: it exists so that tests can check
+// that tests/diff/bisect finds the step and the function where a run starts to differ.
+void plant_miscompile() {
+    if (!pass_debug("plant_miscompile") || strcmp(skip_name_prefix(currfunc->name), "main") != 0)
+        return;
+    for (BBLK* b = currfuninfo->bb_list; b; b = b->next)
+        for (LIST* s = b->statements; s; s = s->next)
+            if (NODE* n = first_integer_plus(s->tree)) {
+                n->op = MINUS;
+                return;
+            }
+}
+
 void step_local_opts() {
     subst_csu_returning_temp_for_local_var();
     if (opt_level() < 1)
@@ -208,6 +235,7 @@ void step_local_opts() {
         convert_sti_to_cinit();
     lcse();
     propagate_increments();
+    plant_miscompile();
 }
 
 void step_late_lir() {
@@ -217,6 +245,8 @@ void step_late_lir() {
 
 } // namespace
 
+// Which of these steps --debug=bisect_limit may skip, and why the others always run, is
+// decided beside run_step_rounds in driver.cpp.
 void build_step_list() {
     auto add = [](pass* p) { step_list.push_back(p); };
     add(new pass("pass 1", step_pass_1));

@@ -12,6 +12,8 @@ bindir = config.ondrel_bin_root
 config.substitutions.append(("%ondrel-opt", os.path.join(bindir, "ondrel-opt")))
 config.substitutions.append(("%ondrel-cfe", os.path.join(bindir, "ondrel-cfe")))
 config.substitutions.append(("%ondrel-dump", os.path.join(bindir, "ondrel-dump")))
+config.substitutions.append(("%ondrel-run", os.path.join(bindir, "ondrel-run")))
+config.substitutions.append(("%bisect", "python3 " + os.path.join(config.ondrel_src_root, "tests", "diff", "bisect") + " --bin " + bindir))
 config.substitutions.append(("%mkif", "python3 " + os.path.join(config.test_source_root, "Inputs", "mkif.py")))
 config.substitutions.append(("%inputs", os.path.join(config.test_source_root, "Inputs")))
 config.substitutions.append(("FileCheck", "FileCheck-14"))
