@@ -390,10 +390,46 @@ void opt_process_pragma(SYMTAB* sym, PRAGMA* p) {
     }
 }
 
+namespace {
+
+// The one constant of a scalar's initial data, or null: a number, or the
+// address of an object of static storage with a constant offset, covering
+// the whole object.
+const NODE* single_initial_constant(const SYMTAB* sym, const EXPR_LIST* list) {
+    if (!list || !list->tree)
+        return nullptr;
+    if (list->next && (list->next->tree->op != ENDINIT || list->next->next))
+        return nullptr;
+    const NODE* t = list->tree;
+    if (!t->type || t->type->size() != sym->type->size())
+        return nullptr;
+    if (t->op == ICON || t->op == LCON || t->op == FCON)
+        return t;
+    return t->type->is_pointer() && pointer_is_an_adcon(t) ? t : nullptr;
+}
+
+NODE* rewrite_pmconvs(NODE* t) {
+    if (!t)
+        return t;
+    t->left = rewrite_pmconvs(t->left);
+    t->right = rewrite_pmconvs(t->right);
+    return t->op == PMCONV ? pmconv_to_mult(t) : t;
+}
+
+} // namespace
+
 void opt_symbol_init(SYMTAB* sym, EXPR_LIST* list) {
     sym->state |= SYM_HAS_INIT;
     for (EXPR_LIST* l = list; l; l = l->next)
         scan_for_funinfo(l->tree);
+    // A value that may change behind the program's back is never known.
+    if (!sym->type || !sym->type->is_scalar() || (sym->qual & SQ_KNOWN_VALUE_MASK) ||
+        type_is_volatile(sym->type))
+        return;
+    if (const NODE* c = single_initial_constant(sym, list)) {
+        erase_tree(sym->known_value);
+        sym->known_value = rewrite_pmconvs(copy_tree(c, true));
+    }
 }
 
 bool IF_CLIENT::cl_magic(int, int) { return true; }

@@ -48,6 +48,7 @@ void erase_symbol(SYMTAB* sym) {
         return;
     free(sym->name);
     erase_pragma_list(sym->pragmas);
+    erase_tree(sym->known_value);
     delete sym;
 }
 
@@ -55,6 +56,7 @@ SYMTAB* copy_symbol(const SYMTAB* sym, int keep) {
     SYMTAB* c = new SYMTAB(*sym);
     c->name = strdup(sym->name);
     c->pragmas = copy_pragma_list(sym->pragmas);
+    c->known_value = sym->known_value ? copy_tree(sym->known_value, true) : nullptr;
     c->order = keep ? sym->order : ++symbol_counter;
     return c;
 }

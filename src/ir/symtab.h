@@ -9,6 +9,7 @@ struct LS;
 struct EXPR_LIST;
 struct FUNINFO;
 struct SYMTAB;
+struct NODE;
 
 // An attribute of a symbol or a statement: a kind and its string arguments.
 // The argument array is new[]'d, each string malloc'd.
@@ -119,6 +120,9 @@ struct SYMTAB {
     PRAGMA* pragmas = nullptr;
     uintptr_t reserved2[2] = {0, 0};
     EXPR_LIST* init = nullptr;
+    // For a scalar whose value may be taken as known, the one constant its
+    // initial data hold; owned by the symbol.
+    NODE* known_value = nullptr;
     uint32_t file_level = 0;
     uint32_t file_index = 0;
     uint32_t file_offset = 0;

@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <deque>
+#include <vector>
 
 #include "driver/client.h"
 #include "driver/driver.h"
@@ -25,6 +26,8 @@ struct ExprCleanup : ::testing::Test {
         currfuninfo->address_taken = false;
     }
     void TearDown() override {
+        for (SYMTAB& s : symbols)
+            free(s.name);
         currfuninfo = nullptr;
         delete tp;
         tp = saved;
@@ -101,4 +104,52 @@ TEST_F(ExprCleanup, TakingAnAddressIsNoted) {
     t = expr_cleanup(t);
     EXPECT_TRUE(currfuninfo->address_taken);
     erase_tree(t);
+}
+
+// Initial data: a scalar's single constant is kept as its known value, unless
+// the value may change where the program cannot see it.
+TEST_F(ExprCleanup, ScalarInitialConstantsBecomeKnownValues) {
+    const auto init = [&](SYMTAB* s, std::vector<NODE*> items) {
+        EXPR_LIST* list = nullptr;
+        items.push_back(new_node(ENDINIT, tp->mk_void()));
+        for (auto it = items.rbegin(); it != items.rend(); ++it)
+            list = new EXPR_LIST{*it, list};
+        opt_symbol_init(s, list);
+        for (EXPR_LIST* l = list; l;) {
+            EXPR_LIST* next = l->next;
+            erase_tree(l->tree);
+            delete l;
+            l = next;
+        }
+    };
+    SYMTAB* plain = symbol("plain", i32(), 3);
+    init(plain, {mk_ICON(INT65(42), i32())});
+    ASSERT_NE(plain->known_value, nullptr);
+    EXPECT_EQ(plain->known_value->op, ICON);
+    EXPECT_EQ(plain->known_value->value, INT65(42));
+    EXPECT_NE(plain->state & SYM_HAS_INIT, 0);
+
+    SYMTAB* target = symbol("target", i32(), 3);
+    SYMTAB* address = symbol("address", tp->mk_ptr(i32()), 3);
+    init(address, {maketree(UAND, mk_NAME(target, nullptr), nullptr, tp->mk_ptr(i32()), nullptr)});
+    ASSERT_NE(address->known_value, nullptr);
+    EXPECT_EQ(address->known_value->op, UAND);
+
+    // Pinned (written from outside), volatile, an aggregate, two items.
+    SYMTAB* pinned = symbol("pinned", i32(), 2);
+    pinned->qual = SQ_PINNED;
+    init(pinned, {mk_ICON(INT65(1), i32())});
+    SYMTAB* vol = symbol("vol", tp->mk_qual(i32(), TQ_VOLATILE), 3);
+    init(vol, {mk_ICON(INT65(1), i32())});
+    SYMTAB* array = symbol("array", tp->mk_array(i32(), false, 2), 3);
+    init(array, {mk_ICON(INT65(1), i32()), mk_ICON(INT65(2), i32())});
+    SYMTAB* half = symbol("half", tp->mk_int(TYPE::ik_llong), 3);
+    init(half, {mk_ICON(INT65(1), i32())});
+    for (SYMTAB* s : {pinned, vol, array, half})
+        EXPECT_EQ(s->known_value, nullptr) << s->name;
+
+    for (SYMTAB* s : {plain, address}) {
+        erase_tree(s->known_value);
+        s->known_value = nullptr;
+    }
 }
