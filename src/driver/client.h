@@ -29,6 +29,11 @@ std::vector<EHT_ENTRY>& function_eht(FUNINFO* f);
 
 void opt_process_pragma(SYMTAB* sym, PRAGMA* p);
 void opt_symbol_init(SYMTAB* sym, EXPR_LIST* list);
+// A function with pragma FUNC_RET_BY_CCTOR that ends by copying its result
+// pointer parameter into the local of the same name: both become const, the
+// function remembers the local, and the pointer is asserted not null before
+// that last statement.
+void note_return_by_copy_constructor();
 // The read-time rewrites of one statement, bottom-up; returns its new root.
 NODE* expr_cleanup(NODE* t);
 

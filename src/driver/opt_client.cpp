@@ -679,6 +679,36 @@ void IF_CLIENT::cl_ir_begin_func(uint32_t, int32_t, int, uint32_t, PSN*) {}
 void IF_CLIENT::cl_ir_end_func(PSN*) {}
 void IF_CLIENT::cl_ir_ins(PSN*, const unsigned char*, uint32_t) {}
 
+void note_return_by_copy_constructor() {
+    FUNINFO* f = currfuninfo;
+    if (!f || !currfunc || !sym_has_pragma(currfunc, PRAGMA_FUNC_RET_BY_CCTOR) || !f->result_type ||
+        f->result_type->is_void() || !f->stmts)
+        return;
+    // The list runs last statement first.
+    LIST* last = f->stmts;
+    const NODE* t = last->tree;
+    while (t && t->op == PCOMMA)
+        t = t->right;
+    if (!t || t->op != ASG || !t->left || !t->right || t->left->op != NAME || t->right->op != NAME)
+        return;
+    SYMTAB* local = t->left->name_symbol();
+    SYMTAB* param = t->right->name_symbol();
+    if (!local || !param || local->lex != 2 || param->lex != 1 || !local->name || !param->name ||
+        strcmp(local->name, param->name) != 0)
+        return;
+    TYPE* pointer = local->type;
+    if (!pointer || !pointer->is_pointer() || !pointer->type_pointed_to() ||
+        !pointer->type_pointed_to()->is_csu())
+        return;
+    local->type = tp->mk_qual(pointer, TQ_CONST);
+    param->type = tp->mk_qual(param->type, TQ_CONST);
+    f->result_by_cctor = local;
+    NODE* null = new_node(ICON, pointer);
+    NODE* test = maketree(NEQ, mk_NAME(local, nullptr), null, tp->mk_int(TYPE::ik_int), nullptr);
+    last->next =
+        mkelist(maketree(NASSERT, test, nullptr, tp->mk_void(), nullptr), last->next, last->psn);
+}
+
 void IF_CLIENT::cl_end_func(PSN* psn) {
     if (lex == 0)
         return;
@@ -703,6 +733,7 @@ void IF_CLIENT::cl_end_func(PSN* psn) {
             l->tree = simp_tree(fix_BIF_types(l->tree), nullptr, nullptr);
     check_for_synonym_function_in_pass_1();
     check_integrable_definition();
+    note_return_by_copy_constructor();
     currfuninfo->defined = true;
     cbranches_to_ifs();
     seq_trees();

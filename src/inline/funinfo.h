@@ -23,6 +23,9 @@ struct FUNINFO {
     PSN* end_psn = nullptr;
     // The type of the value returned: void for none.
     TYPE* result_type = nullptr;
+    // The local that holds the result pointer of a function returning a
+    // class through its copy constructor, or null.
+    SYMTAB* result_by_cctor = nullptr;
     BBLK* bb_list = nullptr;
     int bb_count = 0;
     // The statements as read, last statement first, until buildcfg takes them.

@@ -8,6 +8,7 @@
 #include "driver/client.h"
 #include "driver/driver.h"
 #include "inline/funinfo.h"
+#include "ir/bblk.h"
 #include "ir/node.h"
 #include "ir/symtab.h"
 #include "ir/types.h"
@@ -152,4 +153,56 @@ TEST_F(ExprCleanup, ScalarInitialConstantsBecomeKnownValues) {
         erase_tree(s->known_value);
         s->known_value = nullptr;
     }
+}
+
+// A function returning a class through its copy constructor ends with
+// "result = result" from the parameter to the local of that name.
+TEST_F(ExprCleanup, ReturnByCopyConstructorIsNoted) {
+    TYPE* cls = tp->mk_struct("C");
+    TYPE* ptr = tp->mk_ptr(cls);
+    SYMTAB* fn = symbol("make", tp->mk_func(cls, false, true, false), 2);
+    SYMTAB* param = symbol("result", ptr, 9);
+    param->lex = 1;
+    SYMTAB* local = symbol("result", ptr, 1);
+    local->lex = 2;
+    const auto run = [&](bool with_pragma, NODE* last) {
+        currfunc = fn;
+        fn->pragmas =
+            with_pragma ? mk_pragma(PRAGMA_FUNC_RET_BY_CCTOR, 0, nullptr, nullptr) : nullptr;
+        currfuninfo->result_type = cls;
+        currfuninfo->result_by_cctor = nullptr;
+        currfuninfo->stmts =
+            mkelist(last, mkelist(mk_ICON(INT65(1), i32()), nullptr, nullptr), nullptr);
+    };
+    const auto clean = [&]() {
+        currfuninfo->stmts = erase_tree_list(currfuninfo->stmts);
+        erase_pragma_list(fn->pragmas);
+        fn->pragmas = nullptr;
+        currfunc = nullptr;
+        local->type = param->type = ptr;
+    };
+
+    run(true, mk_ASG(mk_NAME(local, nullptr), mk_NAME(param, nullptr)));
+    note_return_by_copy_constructor();
+    EXPECT_EQ(currfuninfo->result_by_cctor, local);
+    EXPECT_NE(local->type->qual_kind() & TQ_CONST, 0);
+    EXPECT_NE(param->type->qual_kind() & TQ_CONST, 0);
+    // The assertion stands just before the last statement.
+    const NODE* check = currfuninfo->stmts->next->tree;
+    ASSERT_EQ(check->op, NASSERT);
+    EXPECT_EQ(check->left->op, NEQ);
+    EXPECT_EQ(check->left->left->name_symbol(), local);
+    clean();
+
+    // Without the pragma, or copying another way round, nothing changes.
+    run(false, mk_ASG(mk_NAME(local, nullptr), mk_NAME(param, nullptr)));
+    note_return_by_copy_constructor();
+    EXPECT_EQ(currfuninfo->result_by_cctor, nullptr);
+    EXPECT_EQ(currfuninfo->stmts->next->tree->op, ICON);
+    clean();
+    run(true, mk_ASG(mk_NAME(param, nullptr), mk_NAME(local, nullptr)));
+    note_return_by_copy_constructor();
+    EXPECT_EQ(currfuninfo->result_by_cctor, nullptr);
+    EXPECT_EQ(local->type, ptr);
+    clean();
 }
