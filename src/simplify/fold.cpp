@@ -386,8 +386,13 @@ NODE* peel_for_effect(NODE* t) {
         // The right side runs only for one value of the left: what it does
         // keeps the whole test. Otherwise only the left side is left.
         t->right = peel_for_effect(t->right);
-        if (t->right)
+        if (t->right) {
+            // What is left must still be a test: the volatile read of a
+            // struct or union, say, is followed by a 0.
+            if (!t->right->type || !t->right->type->is_scalar())
+                t->right = mk_COMMAOP(t->right, mk_ICON(INT65(0), tp->mk_int(TYPE::ik_int)));
             return t;
+        }
         {
             NODE* left = t->left;
             t->left = nullptr;

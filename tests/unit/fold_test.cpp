@@ -1555,6 +1555,17 @@ TEST(PeelForEffect, OnlyWhatMustRunIsLeft) {
     ASSERT_NE(rest, nullptr);
     EXPECT_EQ(rest->op, OROR);
     erase_tree(rest);
+    // a || (int)(u, x) with u a volatile union: the read of u stays, and the
+    // right side of || stays a test (found by a csmith program).
+    TYPE* un = tp->mk_qual(tp->mk_struct("U"), TQ_VOLATILE);
+    SYMTAB* u = symbol("u", un);
+    rest = peel_for_effect(node(OROR, name(a), conv(i, node(COMMAOP, name(u), name(x), i)), i));
+    ASSERT_NE(rest, nullptr);
+    ASSERT_EQ(rest->op, OROR);
+    ASSERT_NE(rest->right->type, nullptr);
+    EXPECT_TRUE(rest->right->type->is_scalar());
+    EXPECT_TRUE(sym_appears_in_tree(u, rest->right));
+    erase_tree(rest);
     // A volatile read is an effect.
     rest = peel_for_effect(node(MULT, name(v), icon(2, i), i));
     ASSERT_NE(rest, nullptr);
