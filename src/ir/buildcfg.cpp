@@ -171,12 +171,43 @@ private:
     LIST* open = nullptr;
 };
 
-// Targets with one successor first, then those with more (both in the old
-// order), then those with none, reversed.
+// The edges in the order the terminator names their targets. The list that
+// order_successors leaves is not that order, so starting from it again
+// would turn the targets without successors round at every rebuild, and the
+// layout, which the writer follows, would hang on how often the graph was
+// rebuilt: a written file would not lay out the same when read back.
+EDGE* edges_in_operand_order(BBLK* b) {
+    std::vector<NODE*> labels;
+    collect_label_operands(last_stmt(b), labels);
+    EDGE* named = nullptr;
+    for (NODE* l : labels) {
+        BBLK* target = label_target(l);
+        for (EDGE** at = &b->succs; *at; at = &(*at)->next)
+            if ((*at)->bb == target) {
+                EDGE* e = *at;
+                *at = e->next;
+                e->next = named;
+                named = e;
+                break;
+            }
+    }
+    named = rev_edge_list(named);
+    if (!named)
+        return b->succs;
+    EDGE* tail = named;
+    while (tail->next)
+        tail = tail->next;
+    tail->next = b->succs;
+    return named;
+}
+
+// Targets with one successor first, then those with more (both in the order
+// the terminator names them), then those with none, reversed.
 void order_successors(BBLK* b) {
     EDGE* one = nullptr;
     EDGE* many = nullptr;
     EDGE* none = nullptr;
+    b->succs = edges_in_operand_order(b);
     for (EDGE* e = b->succs; e;) {
         EDGE* next = e->next;
         const int n = edge_length(e->bb->succs);

@@ -288,6 +288,23 @@ TEST_F(Cfg, DiamondIsInReversePostorder) {
     EXPECT_EQ(blocks().size(), 7u);
 }
 
+// The writer lays blocks out in list order, so the order must follow from the
+// graph alone: a file read back is built once, the function that wrote it may
+// have been rebuilt many times.
+TEST_F(Cfg, RebuildingAgainKeepsTheLayout) {
+    // if (c) goto 1 else 2; L1: x=1; return; L2: x=2; if (c) goto 3 else 4;
+    // L3: x=3; return; L4: x=4; return
+    build({iff(cond(), 1, 2), label(1), mark(1), ret(), label(2), mark(2), iff(cond(), 3, 4),
+           label(3), mark(3), ret(), label(4), mark(4), ret()});
+    const std::vector<BBLK*> once = blocks();
+    ASSERT_EQ(once.size(), 5u);
+    for (int i = 0; i < 3; i++) {
+        rebuildcfg();
+        check();
+        EXPECT_EQ(blocks(), once) << "rebuild " << i + 2;
+    }
+}
+
 TEST_F(Cfg, SwitchWithoutDefaultGoesWhereItFallsThrough) {
     // switch (x) { case 1: goto 1 } x=7; L1: x=1; return
     build({sw(mk_NAME(x, nullptr), {{1, 1}}, 0), mark(7), label(1), mark(1), ret()});
