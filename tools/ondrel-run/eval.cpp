@@ -15,28 +15,6 @@ namespace {
 
 uint64_t low_mask(unsigned bits) { return bits >= 64 ? ~0ull : (1ull << bits) - 1; }
 
-float as_f32(uint64_t v) {
-    float f;
-    const uint32_t w = static_cast<uint32_t>(v);
-    memcpy(&f, &w, 4);
-    return f;
-}
-double as_f64(uint64_t v) {
-    double d;
-    memcpy(&d, &v, 8);
-    return d;
-}
-uint64_t bits_of(float f) {
-    uint32_t w;
-    memcpy(&w, &f, 4);
-    return w;
-}
-uint64_t bits_of(double d) {
-    uint64_t w;
-    memcpy(&w, &d, 8);
-    return w;
-}
-
 } // namespace
 
 uint64_t canon(uint64_t v, const VT& t) {

@@ -21,28 +21,6 @@ uint32_t u32(uint64_t v) { return static_cast<uint32_t>(v); }
 int32_t i32(uint64_t v) { return static_cast<int32_t>(v); }
 uint64_t sx(int64_t v) { return static_cast<uint64_t>(v); }
 
-double f64(uint64_t v) {
-    double d;
-    memcpy(&d, &v, 8);
-    return d;
-}
-float f32(uint64_t v) {
-    float f;
-    const uint32_t w = u32(v);
-    memcpy(&f, &w, 4);
-    return f;
-}
-uint64_t bits(double d) {
-    uint64_t v;
-    memcpy(&v, &d, 8);
-    return v;
-}
-uint64_t bits(float f) {
-    uint32_t v;
-    memcpy(&v, &f, 4);
-    return v;
-}
-
 // Variable arguments, read in order from the call's argument area.
 struct VaReader {
     Machine& m;
@@ -170,7 +148,7 @@ std::string format(Machine& m, uint32_t fmt_addr, VaReader& va) {
         case 'G':
         case 'a':
         case 'A':
-            put(out, spec + conv, f64(va.dword()));
+            put(out, spec + conv, as_f64(va.dword()));
             break;
         case '%':
             out.push_back('%');
@@ -476,19 +454,23 @@ uint64_t lib_va_copy(Machine& m, const Args& a, uint32_t) {
 }
 
 template <double (*F)(double)> uint64_t math1(Machine&, const Args& a, uint32_t) {
-    return bits(F(f64(a.at(0))));
+    return bits_of(F(as_f64(a.at(0))));
 }
 template <double (*F)(double, double)> uint64_t math2(Machine&, const Args& a, uint32_t) {
-    return bits(F(f64(a.at(0)), f64(a.at(1))));
+    return bits_of(F(as_f64(a.at(0)), as_f64(a.at(1))));
 }
 template <float (*F)(float)> uint64_t math1f(Machine&, const Args& a, uint32_t) {
-    return bits(F(f32(a.at(0))));
+    return bits_of(F(as_f32(a.at(0))));
 }
 template <float (*F)(float, float)> uint64_t math2f(Machine&, const Args& a, uint32_t) {
-    return bits(F(f32(a.at(0)), f32(a.at(1))));
+    return bits_of(F(as_f32(a.at(0)), as_f32(a.at(1))));
 }
-uint64_t lib_sqrt(Machine&, const Args& a, uint32_t) { return bits(target::dsqrt(f64(a.at(0)))); }
-uint64_t lib_sqrtf(Machine&, const Args& a, uint32_t) { return bits(target::fsqrt(f32(a.at(0)))); }
+uint64_t lib_sqrt(Machine&, const Args& a, uint32_t) {
+    return bits_of(target::dsqrt(as_f64(a.at(0))));
+}
+uint64_t lib_sqrtf(Machine&, const Args& a, uint32_t) {
+    return bits_of(target::fsqrt(as_f32(a.at(0))));
+}
 double host_fabs(double x) { return std::fabs(x); }
 double host_floor(double x) { return std::floor(x); }
 double host_ceil(double x) { return std::ceil(x); }

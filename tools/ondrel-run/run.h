@@ -40,6 +40,29 @@ struct VT {
 };
 
 VT value_type(TYPE* t);
+
+// The bits of a float or a double held in a value, and back.
+inline float as_f32(uint64_t v) {
+    float f;
+    const uint32_t w = static_cast<uint32_t>(v);
+    memcpy(&f, &w, 4);
+    return f;
+}
+inline double as_f64(uint64_t v) {
+    double d;
+    memcpy(&d, &v, 8);
+    return d;
+}
+inline uint64_t bits_of(float f) {
+    uint32_t w;
+    memcpy(&w, &f, 4);
+    return w;
+}
+inline uint64_t bits_of(double d) {
+    uint64_t w;
+    memcpy(&w, &d, 8);
+    return w;
+}
 // The value v (of any 64-bit pattern) brought to the canonical form of type t.
 uint64_t canon(uint64_t v, const VT& t);
 uint64_t convert(uint64_t v, const VT& from, const VT& to);
