@@ -2,7 +2,7 @@
 BUILD ?= build
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build test unit lit diff demo clean
+.PHONY: all deps configure build test unit lit diff demo bench clean
 
 all: build
 
@@ -33,6 +33,9 @@ diff: build
 
 demo: build
 	@scripts/demo $(BUILD)
+
+bench: build
+	bench/run --bin $(BUILD)
 
 clean:
 	rm -rf $(BUILD)

@@ -40,12 +40,14 @@ static void log_blocks() {
 void pass::run() {
     dprintf("\n\n\t\t\t---------- ENTERING step %d '%s' ----------\n", serial(), name.c_str());
     log_blocks();
-    const size_t before = mallinfo2().uordblks;
+    // mallinfo2 walks the whole heap: asked only for the log, else a file of
+    // many functions takes time quadratic in their number.
+    const size_t before = print_debug ? mallinfo2().uordblks : 0;
     const clock_t start = clock();
     callback();
     dprintf("(%.1f sec for pass.)\n", double(clock() - start) / 1e6);
-    const long net = long(mallinfo2().uordblks) - long(before);
-    dprintf("(%d net bytes allocated.)\n", int(net));
+    if (print_debug)
+        dprintf("(%d net bytes allocated.)\n", int(long(mallinfo2().uordblks) - long(before)));
     dprintf("\n\n\n\t\t\t---------- EXITING step %d '%s' ----------\n", serial(), name.c_str());
     log_blocks();
 }
