@@ -150,7 +150,6 @@ bool Loader::layout_globals() {
         if (ft->fn) {
             fn->result = value_type(ft->fn->ret);
             fn->vararg = ft->fn->vararg;
-            fn->prototyped = ft->fn->proto;
             size_t n = 0;
             for (fkPARAM* p = ft->fn->params; p; p = p->next)
                 n++;
@@ -172,9 +171,10 @@ bool Loader::layout_globals() {
         const uint32_t var = m.mem.add_global(4, 4, false);
         global_by_name[name] = var;
         streams.emplace_back(var, file);
-        (strcmp(name, "stdin") == 0    ? m.stdin_address
-         : strcmp(name, "stdout") == 0 ? m.stdout_address
-                                       : m.stderr_address) = file;
+        if (strcmp(name, "stdout") == 0)
+            m.stdout_address = file;
+        else if (strcmp(name, "stderr") == 0)
+            m.stderr_address = file;
     }
     reserve_library_data(m);
     std::vector<std::pair<SYMTAB*, uint32_t>> with_data;
@@ -184,14 +184,11 @@ bool Loader::layout_globals() {
         if (s->sclass != SC_GLOBAL_DEF && s->sclass != SC_STATIC)
             continue;
         const std::string name = skip_name_prefix(s->name);
-        if (global_by_name.count(name)) {
-            m.global_address[s] = global_by_name[name];
+        if (global_by_name.count(name))
             continue;
-        }
         const bool ro = (s->type->qual_kind(true) & TQ_CONST) != 0;
         const uint32_t addr = m.mem.add_global(s->size, std::max<uint32_t>(s->align / 8, 1), false);
         global_by_name[name] = addr;
-        m.global_address[s] = addr;
         if (ro)
             read_only.push_back(addr);
         if (s->init)
@@ -483,7 +480,7 @@ XN* Loader::tr(NODE* n) {
             refuse("%s without a FIELD", op_name(n->op));
             return nullptr;
         }
-        x->a = n->op == STDOT ? tr(n->left) : tr(n->left);
+        x->a = tr(n->left);
         if (!x->a)
             return nullptr;
         if (n->op == STDOT && x->a->t.k != VK::Agg) {

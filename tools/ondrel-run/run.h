@@ -249,7 +249,6 @@ struct XFunc {
     // Number of declared parameters of the function type, for the split of
     // a call's arguments into fixed and variable ones.
     size_t fixed_params = 0;
-    bool prototyped = false;
     // Every parameter and local is an object of its own: alignment, size.
     std::vector<std::pair<uint32_t, uint32_t>> frame_objects;
     std::vector<std::unique_ptr<XBlock>> blocks;
@@ -270,7 +269,6 @@ struct Machine {
     Memory mem;
     std::vector<std::unique_ptr<XFunc>> funcs;
     std::map<uint32_t, XFunc*> by_address;
-    std::map<const SYMTAB*, uint32_t> global_address;
     std::vector<Frame*> frames;
     uint64_t op_count[256] = {};
     uint64_t stat[ST_COUNT] = {};
@@ -278,7 +276,6 @@ struct Machine {
     uint64_t max_steps = 1000000000ull;
     uint32_t stdout_address = 0;
     uint32_t stderr_address = 0;
-    uint32_t stdin_address = 0;
 
     XFunc* function_at(uint32_t addr) const;
     // Calls fn with the values of args (of the types given), variable
