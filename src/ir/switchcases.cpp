@@ -59,7 +59,7 @@ struct switch_case {
 // trusted.
 uint64_t certainly_zero_bits(NODE* v) {
     const uint64_t mask = type_mask(v->type).bits();
-    const uint64_t zeros = find_known_zeros(v, v->type).bits() & mask;
+    const uint64_t zeros = ~find_known_zeros(v, v->type).bits() & mask;
     return zeros == mask ? 0 : zeros;
 }
 

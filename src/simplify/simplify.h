@@ -13,6 +13,20 @@ struct CONTEXT;
 // its replacement; whatever a rewrite drops is erased.
 NODE* simp_tree(NODE* t, LOOP* loop, CONTEXT* context);
 NODE* simp_node(NODE* t, LOOP* loop, CONTEXT* context);
+// Every statement of every block of the current function, with no loop and
+// no context.
+void simp_all_trees();
+// The tree's value is used only as a truth value: bits that do not decide it
+// may go.
+NODE* simp_for_control(NODE* t, LOOP* loop, CONTEXT* context);
+// A tree of value 0 or 1, of type int, for the truth of t.
+NODE* make_boolean(NODE* t, LOOP* loop, CONTEXT* context);
+// The negation of a truth value: the inverted comparison where that is
+// exact, else t == 0.
+NODE* invert_boolean_tree(NODE* t);
+// Moves term to the outermost right position of the chain tree, where
+// x = a + x + b can become x += a + b.
+NODE* bubble_term_to_top(NODE* term, NODE* tree);
 NODE* simp_SCONV(NODE* t, LOOP* loop, CONTEXT* context);
 NODE* simp_PCONV(NODE* t, LOOP* loop, CONTEXT* context);
 NODE* simp_ACONV(NODE* t, LOOP* loop, CONTEXT* context);
@@ -60,7 +74,8 @@ INT65 calculate_minval_for_tree(NODE* t, LOOP* loop, CONTEXT* context);
 INT65 calculate_maxval_for_tree(NODE* t, LOOP* loop, CONTEXT* context);
 // The largest constant known to divide the value: 1 if none.
 INT65 max_ICON_factor(NODE* t, LOOP* loop, CONTEXT* context, int depth);
-// Masks of the bits of the value in `type` that are certainly zero, or one.
+// find_known_zeros: a mask in which a 1 means the bit may be one and a 0 that
+// it is certainly zero. find_known_ones: the bits that are certainly one.
 INT65 find_known_zeros(NODE* t, TYPE* type);
 INT65 find_known_ones(NODE* t, TYPE* type);
 // Facts of an integer tree's value (of a pointer for tree_is_non_zero). A

@@ -577,7 +577,11 @@ INT65 max_ICON_factor(NODE* t, LOOP*, CONTEXT*, int depth) {
 }
 
 INT65 find_known_zeros(NODE* t, TYPE* type) {
-    return INT65::from_unsigned(known_bits_in(t, type ? type : t ? t->type : nullptr).zeros);
+    if (!type && t)
+        type = t->type;
+    if (!t || !is_int(type) || !is_int(t->type))
+        return INT65(-1);
+    return truncate_to_type(INT65::from_unsigned(~known_bits_in(t, type).zeros), type);
 }
 
 INT65 find_known_ones(NODE* t, TYPE* type) {

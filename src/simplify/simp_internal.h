@@ -1,0 +1,81 @@
+// Inside the simplifier: the per-operator handlers that simp_node dispatches
+// to, and the small helpers they share. Every handler has the one shape
+// NODE* simp_X(NODE*, LOOP*, CONTEXT*): it owns the node it is given, edits it
+// in place or frees it and returns its replacement, and erases whatever it
+// drops.
+#pragma once
+
+#include "ir/node.h"
+#include "ir/types.h"
+#include "simplify/simplify.h"
+#include "support/int65.h"
+
+// Arithmetic.
+NODE* simp_PLUS(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_MINUS(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_MULT(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_shift(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_unary(NODE* t, LOOP* loop, CONTEXT* context);
+// Bitwise operators.
+NODE* simp_ANDB(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_ORB(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_XORB(NODE* t, LOOP* loop, CONTEXT* context);
+// Addresses and members.
+NODE* simp_UMULT(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_UAND(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_STDOT(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_STREF(NODE* t, LOOP* loop, CONTEXT* context);
+// Relational and boolean operators.
+NODE* simp_relop(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_EXCLAIM(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_ANDAND(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_OROR(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_QUEST(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_ANDOR_ANDOR(NODE* t, LOOP* loop, CONTEXT* context);
+// Statements, assignments and calls.
+NODE* simp_ASG(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_opASG(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_call(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_COMMAOP(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_IF(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_CBRANCH(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_SWITCH(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_ASSERT(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_MEMCPY(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_EXPT(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_complexop(NODE* t, LOOP* loop, CONTEXT* context);
+// Subsystems that come later: division by constants, the builtins, vectors.
+NODE* simp_DIV(NODE* t, int flags, LOOP* loop, CONTEXT* context);
+NODE* simp_MOD(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_ICALL(NODE* t, LOOP* loop, CONTEXT* context);
+NODE* simp_vector_node(NODE* t, LOOP* loop, CONTEXT* context);
+
+// Reassociation of a commutative chain, shared by PLUS, ANDB, ORB and XORB.
+NODE* simp_assoc(NODE* t, LOOP* loop, CONTEXT* context);
+// Removes from t what the bits of mask cannot see; t is edited in place.
+NODE* prop_mask_into_subtree(NODE* t, INT65 mask);
+// Joins two tests of the same operands into one, by a table of operator
+// pairs; the tree comes back unchanged when the pair is not in the table.
+NODE* simp_redundant_test(NODE* t, LOOP* loop, CONTEXT* context);
+
+// Shared helpers.
+inline bool is_icon(const NODE* t) { return t && t->op == ICON; }
+inline bool is_fcon(const NODE* t) { return t && t->op == FCON; }
+// An integer or enum type (not a pointer, not _Bool-less floats).
+inline bool is_integer_type(const TYPE* t) { return t && TYPE_IS_INT(t); }
+inline bool is_float_type(const TYPE* t) { return t && t->is_fltpt(); }
+// The value of an ICON as its type holds it.
+inline INT65 icon_of(const NODE* c) {
+    return is_integer_type(c->type) || (c->type && c->type->is_pointer())
+               ? truncate_to_type(c->value, c->type)
+               : c->value;
+}
+// The node turns into a conversion of its left operand to its own type (SCONV,
+// or PCONV for a pointer); its right operand is erased. The result is
+// simplified again.
+NODE* become_conversion(NODE* t, LOOP* loop, CONTEXT* context);
+// A constant of the node's value replaces the node; what the node computed
+// for its effects stays, in a COMMAOP before the constant.
+NODE* replace_keeping_effects(NODE* t, INT65 value, TYPE* type);
+// The node is replaced by one of its operands (the one given), the rest erased.
+NODE* replace_by_operand(NODE* t, NODE* operand);
