@@ -199,11 +199,11 @@ void step_expand_cluster_refs() {
         expand_cluster_refs();
 }
 
-// The first integer PLUS of t, depth first, left before right.
+// The first integer PLUS or PLUSASG of t, depth first, left before right.
 NODE* first_integer_plus(NODE* t) {
     if (!t)
         return nullptr;
-    if (t->op == PLUS && t->type && t->type->is_integral())
+    if ((t->op == PLUS || t->op == PLUSASG) && t->type && t->type->is_integral())
         return t;
     if (NODE* n = first_integer_plus(t->left))
         return n;
@@ -218,7 +218,7 @@ void plant_miscompile() {
     for (BBLK* b = currfuninfo->bb_list; b; b = b->next)
         for (LIST* s = b->statements; s; s = s->next)
             if (NODE* n = first_integer_plus(s->tree)) {
-                n->op = MINUS;
+                n->op = n->op == PLUS ? MINUS : MINUSASG;
                 return;
             }
 }

@@ -166,7 +166,8 @@ NODE* opASG_to_ASG(NODE* t) {
         if (want && operand->type != want)
             operand = maketree(SCONV, operand, nullptr, want, operand->scope);
     }
-    if (operand->op == ICON)
+    // A pointer's offset stays an integer.
+    if (operand->op == ICON && plain_integer)
         operand->type = promoted_type(target_type);
     NODE* copy = copy_tree(target, true);
     TYPE* result = shift ? promoted_type(target_type) : combined_type(copy, operand);

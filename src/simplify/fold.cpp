@@ -362,9 +362,10 @@ NODE* peel_for_effect(NODE* t) {
     switch (t->op) {
     case PLUSPLUS:
     case MINMIN:
-        // The old value is not wanted: the plain update does the same.
+        // The old value is not wanted: the plain update does the same, in
+        // the form the simplifier gives it.
         t->op = t->op == PLUSPLUS ? PLUSASG : MINUSASG;
-        return t;
+        return simp_node(t, nullptr, nullptr);
     case ASG:
         // x = x only reads and writes back what is there.
         if (t->left && t->right && !tree_is_arg_prolog(t) &&

@@ -22,8 +22,9 @@ namespace {
 bool is_constant(const NODE* t) { return t && (t->op == ICON || t->op == FCON); }
 
 // Operators whose operands must stay where they are: short circuits, lists,
-// statements and the forms whose operand is an lvalue or a place rather than
-// a value to compute first.
+// statements, calls and their arguments. An lvalue operand is no reason to
+// stay: &(a, x) is (a, &x), and a sequence must never be left where an
+// object is needed.
 bool keeps_operands_in_place(int op) {
     switch (op) {
     case QUEST:
@@ -58,7 +59,6 @@ bool keeps_operands_in_place(int op) {
     case STARG:
     case ACONV:
     case ARGREF:
-    case UAND:
     case FIELD:
     case PPRAGMA:
     case DDNODE:
@@ -72,10 +72,7 @@ bool keeps_operands_in_place(int op) {
     case SSA_DEF:
     case SSA_MU:
     case SSA_CHI:
-    case PLUSPLUS:
-    case MINMIN:
     case MEMCPY:
-    case STASG:
     case ARASG:
         return true;
     default:
@@ -190,7 +187,8 @@ NODE* simp_node(NODE* t, LOOP* loop, CONTEXT* context) {
     for (;;) {
         if (t->type)
             t->type = t->type->normalized();
-        if (!keeps_operands_in_place(t->op) || (t->op == UMULT && t->left))
+        if ((!keeps_operands_in_place(t->op) || (t->op == UMULT && t->left)) &&
+            !(t->op == STASG && tree_is_arg_prolog(t)))
             if (NODE* hoisted = hoist_sequences(t, loop, context))
                 return hoisted;
         if (is_vector_op(t->op))

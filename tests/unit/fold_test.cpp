@@ -1405,13 +1405,18 @@ TEST(Conversions, SequencesChoicesAndPointers) {
     TYPE* c = type_of(T_SCHAR);
     SYMTAB* x = symbol("x", i);
     SYMTAB* y = symbol("y", i);
-    // (schar)(x, 300) is (x, 44).
-    NODE* seq = simp_tree(conv(c, node(COMMAOP, name(x), icon(300, i), i)), nullptr, nullptr);
+    // (schar)(f(), 300) is (f(), 44); (schar)(x, 300) is 44.
+    NODE* seq = simp_tree(conv(c, node(COMMAOP, node(ASG, name(y), name(x), i), icon(300, i), i)),
+                          nullptr, nullptr);
     ASSERT_EQ(seq->op, COMMAOP);
     ASSERT_EQ(seq->right->op, ICON);
     EXPECT_EQ(seq->right->value, INT65(44));
     EXPECT_EQ(seq->type, c->normalized());
     erase_tree(seq);
+    NODE* pure = simp_tree(conv(c, node(COMMAOP, name(x), icon(300, i), i)), nullptr, nullptr);
+    ASSERT_EQ(pure->op, ICON);
+    EXPECT_EQ(pure->value, INT65(44));
+    erase_tree(pure);
     // (schar)(x ? 200 : y): the conversion goes into both arms.
     NODE* choice = conv(c, node(QUEST, name(x), node(COLON, icon(200, i), name(y), i), i));
     NODE* simplified = nullptr;

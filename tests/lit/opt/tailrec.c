@@ -28,13 +28,13 @@ int gcd(int a, int b) {
 }
 // CALL-DAG: return gcd((arg int)b, (arg int)(a % b))
 // GCD-LABEL: func gcd(a: int, b: int) -> int {{.*}}
-// GCD:         if (b != 0) goto [[BODY:bb[0-9]+]] else goto {{bb[0-9]+}}
+// GCD:         if (b) goto [[BODY:bb[0-9]+]] else goto {{bb[0-9]+}}
 // GCD-NEXT:  [[BODY]]:  ; preds: bb1 [[BODY]]  succs: [[BODY]] {{bb[0-9]+}}
 // GCD-NEXT:    [[T:\$O\$T[0-9]+]] = b
 // GCD-NEXT:    b = a % b
 // GCD-NEXT:    a = [[T]]
 // GCD-NEXT:    comment("***\t; tail recursive call occurs here")
-// GCD-NEXT:    if (b != 0) goto [[BODY]] else goto {{bb[0-9]+}}
+// GCD-NEXT:    if (b) goto [[BODY]] else goto {{bb[0-9]+}}
 // GCD-NOT:   return gcd({{.*}}
 
 // Nothing but the return follows the call.
@@ -46,12 +46,12 @@ void add_down(int n) {
 }
 // CALL-DAG: add_down((arg int)(n - 1))
 // ADD-LABEL: func add_down(n: int) -> void {{.*}}
-// ADD:         if (n != 0) goto [[BODY:bb[0-9]+]] else goto {{bb[0-9]+}}
+// ADD:         if (n) goto [[BODY:bb[0-9]+]] else goto {{bb[0-9]+}}
 // ADD-NEXT:  [[BODY]]:  ; preds: bb1 [[BODY]]  succs: [[BODY]] {{bb[0-9]+}}
 // ADD-NEXT:    total += n
 // ADD-NEXT:    n = n - 1
 // ADD-NEXT:    comment("***\t; tail recursive call occurs here")
-// ADD-NEXT:    if (n != 0) goto [[BODY]] else goto {{bb[0-9]+}}
+// ADD-NEXT:    if (n) goto [[BODY]] else goto {{bb[0-9]+}}
 // ADD-NOT:   add_down((arg int)(n - 1))
 
 int main(void) {
