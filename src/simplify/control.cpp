@@ -50,6 +50,16 @@ NODE* control_step(NODE* t, LOOP* loop, CONTEXT* context) {
     if ((t->op == PCONV || t->op == ISP2CHAR) && t->left && is_integer_type(t->left->type) &&
         t->left->type->size() <= t->type->size())
         return drop_to_left(t);
+    // The operand of a negation, or of a comparison with zero, is a truth
+    // value too.
+    if ((t->op == EXCLAIM || ((t->op == EQ || t->op == NEQ) && is_zero_icon(t->right))) &&
+        t->left && is_int_or_pointer(t->left->type)) {
+        NODE* operand = t->left;
+        const int op = operand->op;
+        t->left = simp_for_control(operand, loop, context);
+        if (t->left != operand || t->left->op != op)
+            return simp_node(t, loop, context);
+    }
     if (!is_int_or_pointer(t->type))
         return nullptr;
     if (t->op != ICON && !(t->op == COMMAOP && is_icon(t->right))) {
