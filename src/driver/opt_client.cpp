@@ -115,6 +115,12 @@ void cbranches_to_ifs() {
             int fall_through;
             if (after && after->tree && after->tree->op == LABELDEF) {
                 fall_through = after->tree->label_value();
+            } else if (after && after->tree && after->tree->op == BRANCH && after->tree->left &&
+                       after->tree->left->op == LABEL) {
+                // The writer's own shape, CBRANCH then BRANCH: the jump is the
+                // else target, and is left behind unreachable. Reading a
+                // written file back then gives the blocks it was written from.
+                fall_through = after->tree->left->label_value();
             } else {
                 LBL* label = mklabel(0, nullptr, nullptr);
                 fall_through = label->number;

@@ -55,9 +55,7 @@ unused:
 // IFREC: statement line [[#@LINE-3]] col
 // OPTREC-NOT: statement line [[#@LINE-4]] col
 
-// Three jumps in a row become one. The IF still ends in a block that only
-// jumps: an IF whose targets both lie away from it goes to the file as a
-// CBRANCH and a BRANCH, and reading makes the BRANCH a block of its own.
+// Three jumps in a row become one.
 int chain(int x) {
     if (x > 5)
         goto a;
@@ -70,22 +68,18 @@ c:
     return twice(x);
 }
 // IF-LABEL: func chain(x: int) -> int {{.*}}
-// IF:       bb2:  ; preds: bb1  succs: bb4
+// IF:       bb3:  ; preds: bb1 bb2  succs: bb4
 // IF-NEXT:    goto bb4
-// IF:       bb4:  ; preds: bb2 bb3  succs: bb5
+// IF-NEXT:  bb4:  ; preds: bb3  succs: bb5
 // IF-NEXT:    goto bb5
-// IF-NEXT:  bb5:  ; preds: bb4  succs: bb6
-// IF-NEXT:    goto bb6
-// IF-NEXT:  bb6:  ; preds: bb5  succs: none
+// IF-NEXT:  bb5:  ; preds: bb4  succs: none
 // IF-NEXT:    return twice((arg int)x)
 // OPT-LABEL: func chain(x: int) -> int {{.*}}
-// OPT:         if (x <= 5) goto [[SET:bb[0-9]+]] else goto [[JUMP:bb[0-9]+]]
-// OPT-NEXT:  [[JUMP]]:  ; preds: bb1  succs: [[CALL:bb[0-9]+]]
-// OPT-NEXT:    goto [[CALL]]
+// OPT:         if (x <= 5) goto [[SET:bb[0-9]+]] else goto [[CALL:bb[0-9]+]]
 // OPT-NEXT:  [[SET]]:  ; preds: bb1  succs: [[CALL]]
 // OPT-NEXT:    x = 1
 // OPT-NEXT:    goto [[CALL]]
-// OPT-NEXT:  [[CALL]]:  ; preds: {{.*}}  succs: none
+// OPT-NEXT:  [[CALL]]:  ; preds: bb1 [[SET]]  succs: none
 // OPT-NEXT:    return twice((arg int)x)
 
 int constant_switch(void) {
@@ -112,7 +106,7 @@ void empty_arms(int x) {
     g = x;
 }
 // IF-LABEL: func empty_arms(x: int) -> void {{.*}}
-// IF:         if (!x) goto bb3 else goto bb2
+// IF:         if (!x) goto bb2 else goto bb2
 // OPT-LABEL: func empty_arms(x: int) -> void {{.*}}
 // OPT:       bb1:  ; preds: none  succs: bb2
 // OPT-NEXT:    x = x
