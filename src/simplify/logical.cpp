@@ -446,24 +446,6 @@ NODE* choose_extreme(NODE* t) {
     return call;
 }
 
-// x < 0 ? -x : x and its variants are |x|, for signed integers.
-NODE* choose_magnitude(NODE* t, LOOP* loop, CONTEXT* context) {
-    NODE* c = t->left;
-    TYPE* type = t->type;
-    if (!(c->op >= LE && c->op <= GT) || !is_zero_icon(c->right) || !is_integer_type(type) ||
-        !type->is_signed() || !compatible_types(c->left->type, type, true))
-        return nullptr;
-    const bool negative_first = c->op == LT || c->op == LE;
-    NODE* negated = negative_first ? true_arm(t) : false_arm(t);
-    NODE* plain = negative_first ? false_arm(t) : true_arm(t);
-    if (negated->op != UMINUS || !compatible_types(negated->type, type, true) ||
-        !congruent_pure(c->left, plain) || !congruent_pure(c->left, negated->left))
-        return nullptr;
-    NODE* x = take(negative_first ? false_arm(t) : true_arm(t));
-    erase_tree(t);
-    return simp_node(maketree(ABS, x, nullptr, type, x->scope), loop, context);
-}
-
 bool is_distributable(int op) {
     switch (op) {
     case PLUS:
@@ -545,8 +527,6 @@ NODE* simp_QUEST(NODE* t, LOOP* loop, CONTEXT* context) {
     if (NODE* done = choose_self(t))
         return done;
     if (NODE* done = choose_extreme(t))
-        return done;
-    if (NODE* done = choose_magnitude(t, loop, context))
         return done;
     if (NODE* done = choose_inside(t, loop, context))
         return done;
