@@ -34,6 +34,9 @@ int ordering_as(int op, bool as_signed) {
 
 bool is_int(const TYPE* t) { return is_integer_type(t); }
 
+// An integer constant: a 64-bit value read from file may still be an LCON.
+bool is_constant(const NODE* k) { return k && (k->op == ICON || k->op == LCON); }
+
 unsigned width(const TYPE* t) {
     const uint64_t size = t->size();
     return size == 0 || size > 64 ? 64 : static_cast<unsigned>(size);
@@ -244,7 +247,7 @@ NODE* interval_test(NODE* x, INT65 a, INT65 b, bool inside, TYPE* type, LS* scop
 // not apply and has not changed the node.
 
 bool is_constant_operand(const NODE* k) {
-    return k->op == ICON || k->op == FCON ||
+    return is_constant(k) || k->op == FCON ||
            ((k->op == PCONV || k->op == ISP2CHAR) && k->left && is_icon(k->left));
 }
 
@@ -643,7 +646,7 @@ NODE* compare_unconverted(NODE* t, LOOP* loop, CONTEXT* context) {
     if (!y)
         return nullptr;
     const int op = is_equality(t->op) ? t->op : ordering_as(t->op, y->type->is_signed());
-    if (is_icon(r)) {
+    if (is_constant(r)) {
         const INT65 k = read_right(t);
         if (!within(k, type_span(y->type)))
             return nullptr;
@@ -895,7 +898,7 @@ NODE* join_ranges(NODE* t, bool both, LOOP* loop, CONTEXT* context) {
     NODE* l = t->left;
     NODE* r = t->right;
     NODE* x = l->left;
-    if (!is_icon(l->right) || !is_icon(r->right) || !is_int(x->type) ||
+    if (!is_constant(l->right) || !is_constant(r->right) || !is_int(x->type) ||
         !is_int(r->left->type) || tree_has_side_effects(x) || !trees_are_congruent(x, r->left, 0))
         return nullptr;
     const bool as_signed = x->type->is_signed();
@@ -945,7 +948,7 @@ NODE* simp_relop(NODE* t, LOOP* loop, CONTEXT* context) {
         return done;
     if (NODE* done = compare_reflexive(t, loop, context))
         return done;
-    if (is_icon(r) && is_int(l->type)) {
+    if (is_constant(r) && is_int(l->type)) {
         for (RULE rule : constant_rules)
             if (NODE* done = rule(t, loop, context))
                 return done;
@@ -955,7 +958,7 @@ NODE* simp_relop(NODE* t, LOOP* loop, CONTEXT* context) {
         if (NODE* done = compare_unconverted(t, loop, context))
             return done;
     }
-    if (is_icon(t->right))
+    if (is_constant(t->right))
         if (NODE* done = compare_with_zero(t, loop, context))
             return done;
     return t;
