@@ -79,3 +79,13 @@ NODE* become_conversion(NODE* t, LOOP* loop, CONTEXT* context);
 NODE* replace_keeping_effects(NODE* t, INT65 value, TYPE* type);
 // The node is replaced by one of its operands (the one given), the rest erased.
 NODE* replace_by_operand(NODE* t, NODE* operand);
+
+// Relational and boolean rewrites (relop.cpp, logical.cpp).
+// A folded copy of tree in which the subtree place is the constant value of
+// type; place is a node of tree, and tree itself is left as it is.
+NODE* simp_subst_icon(INT65 value, TYPE* type, NODE* tree, NODE* place);
+// The height of t in levels, counted up to limit; stop is not entered.
+int andor_andor_height(NODE* t, int limit, NODE* stop);
+// Whether rhs, guarded by lhs in a short circuit, may fault or have an
+// effect when evaluated without that guard.
+bool rhs_may_need_guard_in_lhs(NODE* lhs, NODE* rhs);
