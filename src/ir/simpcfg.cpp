@@ -652,7 +652,8 @@ void simplify_block(BBLK* b) {
     mark_duplicate_test(b);
     if (NODE* t = last_stmt(b); t && t->op == IF) {
         LIST* last = last_stmt_cell(b);
-        t->left = simp_tree(t->left, b->loop, nullptr);
+        // The test is only a truth value.
+        t->left = simp_for_control(simp_tree(t->left, b->loop, nullptr), b->loop, nullptr);
         last->tree = t;
     }
     for (int i = 0; i < max_rewrites && rewrite_terminator(b); i++) {

@@ -80,11 +80,15 @@ NODE* simp_ASG(NODE* t, LOOP* loop, CONTEXT* context) {
     // b = (x == 0) for a 0-or-1 x and a _Bool b is b = x ^ 1.
     if (rhs->op == EQ && is_icon(rhs->right) && icon_of(rhs->right).is_zero() &&
         is_bool(lhs->type) && returns_1_or_0(rhs->left) && is_integer_type(rhs->left->type)) {
+        // In int, as the operator-assignment spells it out again.
+        TYPE* it = tp->mk_int(TYPE::ik_int);
         rhs->op = XORB;
-        rhs->right->value = INT65(1);
-        rhs->type = rhs->left->type;
+        rhs->left = coerce_to_type(it, rhs->left);
+        erase_tree(rhs->right);
+        rhs->right = mk_ICON(INT65(1), it);
+        rhs->type = it;
         t->right = simp_node(rhs, loop, context);
-        rhs = t->right;
+        return simp_ASG(t, loop, context);
     }
     // A local counter keeps the plain form, which later rotation expects.
     if (is_local_auto(lhs) && (rhs->op == PLUS || rhs->op == MINUS) &&

@@ -149,7 +149,7 @@ int constant_arms(int c) {
 // OPT-LABEL: func constant_arms(c: int) -> int {{.*}}
 // OPT:       bb1:  ; preds: none  succs: none
 // OPT-NEXT:    c = c
-// OPT-NEXT:    r = (-!c & 2) | 4
+// OPT-NEXT:    r = (-(c == 0) & 2) | 4
 // OPT-NEXT:    return r
 
 int main(void) {
