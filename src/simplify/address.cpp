@@ -34,9 +34,20 @@ bool is_volatile_type(TYPE* t) { return type_is_volatile(t); }
 // The byte offset of the member of a STDOT or STREF, when the access may be
 // rewritten as an access at an address: a whole number of bytes, no bit
 // field, nothing that must keep the member form.
+// An access at an address is taken to be aligned for its type: a member of
+// a packed class may not be.
+bool member_is_aligned(const NODE* access, const fkMDATA* m) {
+    const unsigned align = m->type ? m->type->align() : 0;
+    if (align <= 8)
+        return true;
+    const TYPE* csu = access->right->field_csu();
+    return csu && csu->align() >= align && m->offset % align == 0;
+}
+
 bool member_byte_offset(const NODE* access, int64_t* offset) {
     const fkMDATA* m = member_of(access);
-    if (!m || m->is_bitfield || m->offset % 8 != 0 || must_preserve_STDOT(access))
+    if (!m || m->is_bitfield || m->offset % 8 != 0 || must_preserve_STDOT(access) ||
+        !member_is_aligned(access, m))
         return false;
     *offset = m->offset / 8;
     return true;
