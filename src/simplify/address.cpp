@@ -259,9 +259,17 @@ NODE* simp_STDOT(NODE* t, LOOP* loop, CONTEXT* context) {
         t->left = sum;
         return access_at_offset(t, sum, offset, loop, context);
     }
-    // (d = s).f reads the member of whichever side can be read again.
+    // (d = s).f reads the member of whichever side can be read again. The
+    // other side must not move it: *p is read again only when s cannot
+    // change p, and s only when d's address is computed without effect.
     if (x->op == STASG && x->left && x->right) {
-        NODE* side = is_simple_side(x->left) ? x->left : is_simple_side(x->right) ? x->right : nullptr;
+        NODE* d = x->left;
+        NODE* s = x->right;
+        NODE* side = nullptr;
+        if (is_simple_side(d) && (d->op == NAME || !tree_has_side_effects(s)))
+            side = d;
+        else if (is_simple_side(s) && !tree_has_side_effects(d))
+            side = s;
         if (!side)
             return t;
         t->left = copy_tree(side, true);

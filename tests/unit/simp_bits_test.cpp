@@ -165,3 +165,53 @@ TEST(SimpBits, RandomMaskTreesKeepTheirValues) {
         }
     }
 }
+
+namespace {
+
+// s.f of a struct type whose member f is an int at byte 4.
+struct MEMBERS {
+    TYPE* i = int_kind(TYPE::ik_int);
+    TYPE* csu = tp->mk_struct("pair");
+    fkMDATA* f = new fkMDATA("f", i, 0, 32, 0, 0, false, false, false);
+
+    NODE* member_of(NODE* object) {
+        NODE* field = new_node(FIELD, i);
+        field->mk_field(1, f, csu);
+        return maketree(STDOT, object, field, i, nullptr);
+    }
+    NODE* var(SYMTAB* s) { return mk_NAME(s, nullptr); }
+    NODE* deref(SYMTAB* p) { return maketree(UMULT, var(p), nullptr, csu, nullptr); }
+    NODE* assign(NODE* d, NODE* s) { return maketree(STASG, d, s, csu, nullptr); }
+};
+
+} // namespace
+
+// (d = s).f reads d.f after the assignment; *p is read again only when the
+// source cannot move p, and the source only when the target has no effect.
+TEST(SimpMembers, MemberOfAStructAssignment) {
+    MEMBERS m;
+    SYMTAB* d = symbol("d", m.csu);
+    SYMTAB* s = symbol("s", m.csu);
+    SYMTAB* p = symbol("p", tp->mk_ptr(m.csu));
+    NODE* call = maketree(UCALL, m.var(symbol("make", m.csu)), nullptr, m.csu, nullptr);
+
+    NODE* named = simp_node(m.member_of(m.assign(m.var(d), m.var(s))), nullptr, nullptr);
+    ASSERT_EQ(named->op, COMMAOP);
+    EXPECT_EQ(named->left->op, STASG);
+    ASSERT_EQ(named->right->op, STDOT);
+    EXPECT_EQ(named->right->left->op, NAME);
+    EXPECT_EQ(named->right->left->name_symbol(), d);
+
+    // *p = make(): make may change p, and make runs once: the form stays.
+    NODE* through = simp_node(m.member_of(m.assign(m.deref(p), call)), nullptr, nullptr);
+    EXPECT_EQ(through->op, STDOT);
+    EXPECT_EQ(through->left->op, STASG);
+
+    // *p = s: s is read again.
+    NODE* source = simp_node(m.member_of(m.assign(m.deref(p), m.var(s))), nullptr, nullptr);
+    ASSERT_EQ(source->op, COMMAOP);
+    ASSERT_EQ(source->right->op, STDOT);
+    EXPECT_EQ(source->right->left->op, UMULT);
+    for (NODE* t : {named, through, source})
+        erase_tree(t);
+}
