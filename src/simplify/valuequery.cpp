@@ -199,6 +199,20 @@ RANGE range_of_binary(NODE* t, int depth) {
     }
 }
 
+// A bit field of w bits holds the values of a w-bit integer of its type's
+// sign, not all of its type.
+RANGE bit_field_range(const NODE* t, const RANGE& full) {
+    if ((t->op != STDOT && t->op != STREF) || !tree_is_bit_field(t))
+        return full;
+    const unsigned w = t->right->field_mval()->width;
+    if (w == 0 || w >= width(t->type) || is_bool(t->type))
+        return full;
+    if (!t->type->is_signed())
+        return {0, (static_cast<WIDE>(1) << w) - 1};
+    const WIDE half = static_cast<WIDE>(1) << (w - 1);
+    return {-half, half - 1};
+}
+
 RANGE range_of(NODE* t, int depth) {
     t = strip_ssa(t);
     TYPE* type = t ? t->type : nullptr;
@@ -212,6 +226,9 @@ RANGE range_of(NODE* t, int depth) {
         const WIDE v = to_wide(truncate_to_type(t->value, type));
         return fit({v, v}, type);
     }
+    case STDOT:
+    case STREF:
+        return bit_field_range(t, full);
     case SCONV:
         return operand_range(t->left, type, depth);
     case COMMAOP:

@@ -359,3 +359,36 @@ TEST(ValueQuery, AddressesOfObjectsAreNotNull) {
     erase_pragma_list(weak->pragmas);
     weak->pragmas = nullptr;
 }
+
+// A bit field holds the values of its width, not of its declared type; a
+// signed one reaches its sign bit's copies, so no high bit is known.
+TEST(ValueQuery, BitFieldsHoldTheirWidth) {
+    TYPE* i = int_type();
+    TYPE* u = uint_type();
+    TYPE* csu = tp->mk_struct("bits");
+    SYMTAB* s = symbol("s", csu);
+    const auto read = [&](TYPE* type, int offset, int width, bool bitfield) {
+        static auto* members = new std::deque<fkMDATA>;
+        fkMDATA* m = &members->emplace_back("f", type, 0, offset, width, 0, bitfield, false, false);
+        NODE* field = new_node(FIELD, type);
+        field->mk_field(1, m, csu);
+        return node(STDOT, name(s), field, type);
+    };
+    NODE* three = read(u, 3, 3, true);
+    EXPECT_EQ(calculate_minval_for_tree(three, nullptr, nullptr), INT65(0));
+    EXPECT_EQ(calculate_maxval_for_tree(three, nullptr, nullptr), INT65(7));
+    EXPECT_EQ(find_known_zeros(three, u), INT65(7));
+    NODE* four = read(i, 6, 4, true);
+    EXPECT_EQ(calculate_minval_for_tree(four, nullptr, nullptr), INT65(-8));
+    EXPECT_EQ(calculate_maxval_for_tree(four, nullptr, nullptr), INT65(7));
+    EXPECT_EQ(find_known_zeros(four, u), INT65::from_unsigned(0xffffffffu));
+    // A one-bit signed field is 0 or -1.
+    NODE* one = read(i, 10, 1, true);
+    EXPECT_EQ(calculate_minval_for_tree(one, nullptr, nullptr), INT65(-1));
+    EXPECT_EQ(calculate_maxval_for_tree(one, nullptr, nullptr), INT65(0));
+    // A plain member has its type's range.
+    NODE* plain = read(u, 32, 0, false);
+    EXPECT_EQ(calculate_maxval_for_tree(plain, nullptr, nullptr), int_type_max(u));
+    for (NODE* t : {three, four, one, plain})
+        erase_tree(t);
+}
