@@ -1,4 +1,5 @@
 import os
+import shutil
 import lit.formats
 
 config.name = "ondrel"
@@ -21,3 +22,7 @@ config.substitutions.append(("%python", "python3"))
 config.environment["PATH"] = bindir + os.pathsep + config.environment.get("PATH", "")
 config.substitutions.append(("%status", "sh " + os.path.join(config.test_source_root, "Inputs", "status.sh")))
 config.substitutions.append(("%not", "/usr/lib/llvm-14/bin/not"))
+
+# Random programs come from Debian's csmith where it is installed.
+if shutil.which("csmith"):
+    config.available_features.add("csmith")

@@ -1,4 +1,4 @@
-"""Usage: fixed-point.py CFE OPT DUMP DIR WORK
+"""Usage: fixed-point.py CFE OPT DUMP DIR WORK [SEEDS]
 
 Takes each C program of DIR through the front end and the optimizer at -O0
 to -O3, then the output through the optimizer at -O0 again. Both outputs must
@@ -6,6 +6,8 @@ dump, and to the same text: what the optimizer wrote is a file it has
 nothing left to do on. The order of the functions is left out of the
 comparison, as -O0 writes them in source order and -O2 on in call-graph
 order.
+
+SEEDS, comma-separated, adds the csmith programs of those seeds to DIR's.
 
 Prints a FAIL line for each program and level that fails, with the first
 line that differs, then a count line for each level. Exits 1 when a tool
@@ -17,6 +19,7 @@ import subprocess
 import sys
 
 LEVELS = range(4)
+CSMITH_INCLUDE = "/usr/include/csmith"
 
 
 def run(cmd):
@@ -57,7 +60,8 @@ def check(tools, c, work):
     cfe, opt, dump = tools
     name = os.path.splitext(os.path.basename(c))[0]
     base = os.path.join(work, name)
-    if not run([cfe, "-w", c, "-o", base + ".if"])[0]:
+    include = ["-I", CSMITH_INCLUDE] if name.startswith("seed") else []
+    if not run([cfe, "-w"] + include + [c, "-o", base + ".if"])[0]:
         return [(True, "ondrel-cfe failed")] * len(LEVELS)
     results = []
     for level in LEVELS:
@@ -85,11 +89,21 @@ def check(tools, c, work):
 def main():
     tools, src, work = sys.argv[1:4], sys.argv[4], sys.argv[5]
     os.makedirs(work, exist_ok=True)
-    programs = sorted(f for f in os.listdir(src) if f.endswith(".c"))
+    programs = sorted(os.path.join(src, f) for f in os.listdir(src) if f.endswith(".c"))
+    if len(sys.argv) > 6:
+        gen = os.path.join(work, "csmith")
+        os.makedirs(gen, exist_ok=True)
+        for seed in sys.argv[6].split(","):
+            path = os.path.join(gen, "seed%s.c" % seed)
+            with open(path, "wb") as f:
+                # csmith leaves a platform.info in its working directory.
+                f.write(subprocess.run(["csmith", "--seed", seed], stdout=subprocess.PIPE,
+                                       check=True, cwd=gen).stdout)
+            programs.append(path)
     # Each program is a chain of processes of its own; two chains at a time
     # halve the wait.
     with concurrent.futures.ThreadPoolExecutor(2) as pool:
-        results = list(pool.map(lambda f: check(tools, os.path.join(src, f), work), programs))
+        results = list(pool.map(lambda f: check(tools, f, work), programs))
     tool_failed = False
     for level in LEVELS:
         failed = 0
@@ -97,7 +111,8 @@ def main():
             if levels[level]:
                 tool_failed |= levels[level][0]
                 failed += 1
-                print("FAIL %s -O%d: %s" % (program, level, levels[level][1]))
+                print("FAIL %s -O%d: %s" % (os.path.basename(program), level,
+                                            levels[level][1]))
         print("-O%d: %d programs, %d failed" % (level, len(programs), failed))
     return 1 if tool_failed else 0
 
