@@ -157,7 +157,7 @@ NODE* negated_product(NODE* t, LOOP* loop, CONTEXT* context) {
 NODE* order_products(NODE* t, LOOP* loop, CONTEXT* context) {
     if (is_pointer(t) || !is_constant_product(t->left, t->type) ||
         !is_constant_product(t->right, t->type) ||
-        !(icon_of(t->left->right) < icon_of(t->right->right)))
+        !(constant_in(t->left->right, t->type) < constant_in(t->right->right, t->type)))
         return nullptr;
     std::swap(t->left, t->right);
     return simp_node(t, loop, context);

@@ -200,7 +200,9 @@ NODE* simp_assoc(NODE* t, LOOP* loop, CONTEXT* context) {
     if (!is_leaf(t->right) && is_leaf_or_address(t->left) && operands_may_swap(t))
         std::swap(t->left, t->right);
     for (;;) {
-        if (is_icon(t->left) && !is_icon(t->right) && operands_may_swap(t))
+        // Constants go right, and so does an offset added to a pointer.
+        if (((is_icon(t->left) && !is_icon(t->right)) || is_pointer(t->right)) &&
+            operands_may_swap(t))
             std::swap(t->left, t->right);
         if (!is_well_formed(t))
             return t;

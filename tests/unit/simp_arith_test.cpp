@@ -162,6 +162,11 @@ TEST(SimpArith, BitwiseConstantsFoldAndIdentitiesGo) {
     after = rewritten(node(ANDB, name(x), icon(0, type), type), x, y, assoc);
     EXPECT_EQ(after->op, ICON);
     erase_tree(after);
+    after = rewritten(
+        node(ANDB, node(ANDB, name(x), icon(0xff, type), type), icon(0xffffff00, type), type), x,
+        y, assoc);
+    EXPECT_EQ(after->op, ICON);
+    erase_tree(after);
     // A truth value or 1 is 1; a truth value and 1 is the truth value.
     NODE* less = node(LT, name(x), name(y), type);
     after = rewritten(node(ORB, copy_tree(less, false), icon(1, type), type), x, y, assoc);
