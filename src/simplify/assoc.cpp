@@ -24,6 +24,19 @@ bool is_leaf_or_address(const NODE* t) {
 // Constants go last in a chain, leaves before them.
 int chain_rank(const NODE* t) { return is_icon(t) ? 2 : is_leaf_or_address(t) ? 1 : 0; }
 
+// Ordering the leaves of a chain is an insertion sort down its left spine,
+// so it is done on short chains only; a constant, which folds with the one
+// before it, always goes out.
+constexpr int longest_sorted_chain = 8;
+
+bool is_short_chain(const NODE* x, int op) {
+    int links = 0;
+    for (; x && x->op == op; x = x->left)
+        if (++links > longest_sorted_chain)
+            return false;
+    return true;
+}
+
 // Integer arithmetic on integers, or pointer plus integer offset.
 bool is_well_formed(const NODE* t) {
     if (!is_int_operand(t->left) || !is_int_operand(t->right))
@@ -229,7 +242,8 @@ NODE* simp_assoc(NODE* t, LOOP* loop, CONTEXT* context) {
         }
 
         // (a op b) op c: constants and leaves move out to the end.
-        if (!is_icon(r) && is_link(l, t, true) && chain_rank(l->right) > chain_rank(r)) {
+        if (!is_icon(r) && is_link(l, t, true) && chain_rank(l->right) > chain_rank(r) &&
+            (is_icon(l->right) || is_short_chain(l, op))) {
             std::swap(l->right, t->right);
             t->left = simp_node(l, loop, context);
             continue;
