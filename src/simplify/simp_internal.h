@@ -89,3 +89,33 @@ int andor_andor_height(NODE* t, int limit, NODE* stop);
 // Whether rhs, guarded by lhs in a short circuit, may fault or have an
 // effect when evaluated without that guard.
 bool rhs_may_need_guard_in_lhs(NODE* lhs, NODE* rhs);
+
+// ---- Arithmetic and reassociation (arith.cpp, assoc.cpp) ----
+// An integer type other than _Bool, or a pointer: PLUS, MINUS, MULT, SLL and
+// the bitwise operators in it are taken modulo 2^size, so operands may be
+// regrouped among nodes of one size whatever their signs.
+inline bool wraps_modulo_size(const TYPE* t) {
+    return t && ((t->is_integral() && !t->is_bool()) || t->is_pointer()) && t->size() >= 8 &&
+           t->size() <= 64;
+}
+inline bool same_wrapping_width(const TYPE* a, const TYPE* b) {
+    return wraps_modulo_size(a) && wraps_modulo_size(b) && a->size() == b->size();
+}
+// An operand whose conversion to any such type of one size gives the same
+// bits: an integer, enum, _Bool or pointer (not a floating value, which
+// converts to int and unsigned differently).
+inline bool is_int_operand(const NODE* x) {
+    return x && x->type && (TYPE_IS_INT(x->type) || x->type->is_pointer());
+}
+// t is x << k or x * 2^k by a constant k below the size of t's integer type:
+// returns k and sets *x to the shifted operand; otherwise -1.
+int left_shift_count(NODE* t, NODE** x);
+// (a * 2^k1) op (b * 2^k2), either also as a shift, for op PLUS, MINUS, ANDB,
+// ORB or XORB of integers of one size: ((a * 2^(k1-k)) op (b * 2^(k2-k))) *
+// 2^k with k the smaller power, spelled with SLL when both were shifts. Null,
+// with t untouched, when the pattern does not apply.
+NODE* factor_powers_of_two(NODE* t, LOOP* loop, CONTEXT* context);
+// a and b compute one value and b has no side effects: b may go, a standing
+// for both. trees_are_congruent does not compare the values of LCONs, so a
+// tree that holds one never qualifies.
+bool is_same_value(const NODE* a, const NODE* b);
