@@ -83,6 +83,11 @@ NODE* I_FILE::if_read_expr_header(int& file_op) {
         break;
     case LCON:
         n->mk_lcon(i_read_string(0));
+        // In memory every integer constant is an ICON, whatever its width:
+        // folding, congruence and the rewrites know one kind of constant.
+        // The writer gives a value beyond 32 bits its LCON back.
+        if (type && TYPE_IS_INT(type))
+            n->op = ICON;
         break;
     case FIELD: {
         const int kind = static_cast<int>(i_read_u8());

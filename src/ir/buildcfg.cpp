@@ -340,6 +340,11 @@ void rebuildcfg() {
     list->prev = prev;
     f->bb_count = dfn;
 
+    // An unreachable block may jump to another: every use of a label goes
+    // before any unreachable block, with its labels, is freed.
+    for (BBLK* b = f->bb_created; b; b = b->next_created)
+        if (b->dfn == 0)
+            erase_bb_statements(b);
     for (BBLK* b = f->bb_created; b;) {
         BBLK* next = b->next_created;
         if (b->dfn == 0) {

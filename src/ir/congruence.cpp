@@ -99,6 +99,7 @@ bool trees_are_congruent(const NODE* a, const NODE* b, int se_ok) {
         return a->value == b->value && a->text && b->text &&
                memcmp(a->text, b->text, a->value.low) == 0;
     case ICON:
+    case LCON:
         return a->value == b->value;
     case FCON:
         // Bit for bit: 0.0 and -0.0 differ.

@@ -306,6 +306,18 @@ TEST_F(Cfg, RebuildingAgainKeepsTheLayout) {
     }
 }
 
+// Unreachable blocks that jump to each other go together; the jumps give up
+// their labels before any label is freed (the memory check sees the order).
+TEST_F(Cfg, UnreachableBlocksJumpingToEachOtherGo) {
+    // x=1; return; L1: x=2; goto 2; L2: x=3; goto 1
+    build({mark(1), ret(), label(1), mark(2), go(2), label(2), mark(3), go(1)});
+    rebuildcfg();
+    check();
+    EXPECT_EQ(blocks().size(), 1u);
+    EXPECT_EQ(block_with(2), nullptr);
+    EXPECT_EQ(block_with(3), nullptr);
+}
+
 TEST_F(Cfg, SwitchWithoutDefaultGoesWhereItFallsThrough) {
     // switch (x) { case 1: goto 1 } x=7; L1: x=1; return
     build({sw(mk_NAME(x, nullptr), {{1, 1}}, 0), mark(7), label(1), mark(1), ret()});

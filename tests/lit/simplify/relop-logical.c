@@ -72,7 +72,7 @@ int right_false(int x) { return x && 0; }
 // CHECK-LABEL: func either(a: int, b: int) -> int {{.*}}
 // CHECK:         return (a | b) != 0
 // CHECK-LABEL: func bits_both(a: int, b: int) -> int {{.*}}
-// CHECK:         return {{.*}}(b & 16) >> 2{{.*}} != 0
+// CHECK:         return {{.*}}b >> 2{{.*}} != 0
 // CHECK-LABEL: func guarded_load(a: int, p: int*) -> int {{.*}}
 // CHECK:         return a && *p
 // CHECK-LABEL: func guarded_div(a: int, b: int, c: int) -> int {{.*}}
