@@ -133,7 +133,8 @@ NODE* simp_opASG(NODE* t, LOOP* loop, CONTEXT* context) {
     if (t->op != ASG)
         return t;
     t->right = simp_node(t->right, loop, context);
-    return simp_ASG(t, loop, context);
+    // Through the dispatcher: the new right side may be a sequence to hoist.
+    return simp_node(t, loop, context);
 }
 
 NODE* simp_COMMAOP(NODE* t, LOOP*, CONTEXT*) {
