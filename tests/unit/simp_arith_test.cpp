@@ -15,55 +15,16 @@
 #include "simplify/simp_internal.h"
 #include "simplify/simplify.h"
 
+#include "tree_eval.h"
+
 namespace {
 
-TYPE* int_kind(TYPE::IKIND k) {
-    if (!tp) {
-        tp = new TYPE_PKG;
-        init_types();
-    }
-    return tp->mk_int(k, k == TYPE::ik_uchar);
-}
+using namespace tree_eval;
+
 TYPE* int_type() { return int_kind(TYPE::ik_int); }
 TYPE* uint_type() { return int_kind(TYPE::ik_uint); }
 
-SYMTAB* symbol(const char* name, TYPE* type) {
-    static auto* symbols = new std::deque<SYMTAB>;
-    SYMTAB* s = &symbols->emplace_back();
-    s->name = strdup(name);
-    s->type = type;
-    return s;
-}
-
 NODE* icon(long long v, TYPE* t) { return mk_ICON(truncate_to_type(INT65(v), t), t); }
-NODE* node(int op, NODE* l, NODE* r, TYPE* t) { return maketree(op, l, r, t, nullptr); }
-NODE* name(SYMTAB* s) { return mk_NAME(s, nullptr); }
-
-using ENV = std::map<const SYMTAB*, INT65>;
-
-// The value of a tree of integer operators, node by node through the folder.
-INT65 evaluate(const NODE* t, const ENV& env) {
-    switch (t->op) {
-    case NAME:
-        return env.at(t->name_symbol());
-    case ICON:
-        return truncate_to_type(t->value, t->type);
-    case COMMAOP:
-        return evaluate(t->right, env);
-    default:
-        break;
-    }
-    NODE* n = copy_node(t, false);
-    if (t->left)
-        n->left = mk_ICON(evaluate(t->left, env), t->left->type);
-    if (t->right)
-        n->right = mk_ICON(evaluate(t->right, env), t->right->type);
-    n = fold_constants(n);
-    EXPECT_EQ(n->op, ICON) << node_operator_name[t->op];
-    const INT65 v = truncate_to_type(n->value, n->type);
-    erase_tree(n);
-    return v;
-}
 
 constexpr long long samples[] = {0,  1,    2,      3,          7,       8,          255,
                                  -1, -2,   -129,   0x80,       0xffff,  0x12345678, -0x12345678,
@@ -180,7 +141,7 @@ TEST(SimpArith, BitwiseConstantsFoldAndIdentitiesGo) {
 TEST(SimpArith, AbsoluteValues) {
     TYPE* type = int_type();
     SYMTAB* x = symbol("x", type);
-    SYMTAB* c = symbol("c", int_kind(TYPE::ik_uchar));
+    SYMTAB* c = symbol("c", int_kind(TYPE::ik_uchar, true));
     // |-x| and ||x|| are |x|, also at INT_MIN.
     for (int inner : {UMINUS, ABS}) {
         NODE* after =

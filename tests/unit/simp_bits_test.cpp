@@ -19,49 +19,11 @@
 #define SEED 20240611
 #endif
 
+#include "tree_eval.h"
+
 namespace {
 
-TYPE* int_kind(TYPE::IKIND k, bool explicit_sign = false) {
-    if (!tp) {
-        tp = new TYPE_PKG;
-        init_types();
-    }
-    return tp->mk_int(k, explicit_sign);
-}
-
-SYMTAB* symbol(const char* name, TYPE* type) {
-    static auto* symbols = new std::deque<SYMTAB>;
-    SYMTAB* s = &symbols->emplace_back();
-    s->name = strdup(name);
-    s->type = type;
-    return s;
-}
-
-using ENV = std::map<const SYMTAB*, INT65>;
-
-// The value as the target computes it, node by node through the folder.
-INT65 evaluate(const NODE* t, const ENV& env) {
-    switch (t->op) {
-    case NAME:
-        return env.at(t->name_symbol());
-    case ICON:
-        return t->value;
-    case COMMAOP:
-        return evaluate(t->right, env);
-    default:
-        break;
-    }
-    NODE* n = copy_node(t, false);
-    if (t->left)
-        n->left = mk_ICON(evaluate(t->left, env), t->left->type);
-    if (t->right)
-        n->right = mk_ICON(evaluate(t->right, env), t->right->type);
-    n = fold_constants(n);
-    EXPECT_EQ(n->op, ICON) << node_operator_name[t->op];
-    const INT65 v = n->value;
-    erase_tree(n);
-    return v;
-}
+using namespace tree_eval;
 
 struct GENERATOR {
     std::mt19937 rng{SEED};

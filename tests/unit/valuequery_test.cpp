@@ -15,61 +15,18 @@
 #include "ir/types.h"
 #include "simplify/simplify.h"
 
+#include "tree_eval.h"
+
 namespace {
 
-TYPE* int_kind(TYPE::IKIND k, bool explicit_sign = false) {
-    if (!tp) {
-        tp = new TYPE_PKG;
-        init_types();
-    }
-    return tp->mk_int(k, explicit_sign);
-}
+using namespace tree_eval;
 
 TYPE* int_type() { return int_kind(TYPE::ik_int); }
 TYPE* uint_type() { return int_kind(TYPE::ik_uint); }
 TYPE* schar_type() { return int_kind(TYPE::ik_char, true); }
 TYPE* uchar_type() { return int_kind(TYPE::ik_uchar, true); }
 
-// Symbols outlive the trees that name them; the tests keep them all.
-SYMTAB* symbol(const char* name, TYPE* type) {
-    static auto* symbols = new std::deque<SYMTAB>;
-    SYMTAB* s = &symbols->emplace_back();
-    s->name = strdup(name);
-    s->type = type;
-    return s;
-}
-
 NODE* icon(long long v, TYPE* t) { return mk_ICON(INT65(v), t); }
-NODE* node(int op, NODE* l, NODE* r, TYPE* t) { return maketree(op, l, r, t, nullptr); }
-NODE* conv(TYPE* t, NODE* x) { return maketree(SCONV, x, nullptr, t, nullptr); }
-NODE* name(SYMTAB* s) { return mk_NAME(s, nullptr); }
-
-using ENV = std::map<const SYMTAB*, INT65>;
-
-// The tree's value for given values of its names, node by node through the
-// folder (whose results the folding tests check against the target).
-INT65 evaluate(const NODE* t, const ENV& env) {
-    switch (t->op) {
-    case NAME:
-        return env.at(t->name_symbol());
-    case ICON:
-        return t->value;
-    case QUEST:
-        return evaluate(evaluate(t->left, env).is_zero() ? t->right->right : t->right->left, env);
-    default:
-        break;
-    }
-    NODE* n = copy_node(t, false);
-    if (t->left)
-        n->left = mk_ICON(evaluate(t->left, env), t->left->type);
-    if (t->right)
-        n->right = mk_ICON(evaluate(t->right, env), t->right->type);
-    n = fold_constants(n);
-    EXPECT_EQ(n->op, ICON) << node_operator_name[t->op];
-    const INT65 v = n->value;
-    erase_tree(n);
-    return v;
-}
 
 // Every query about t holds for each value of x (all of its 8-bit type) and
 // of y (a spread of values), or y absent.
