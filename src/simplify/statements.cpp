@@ -1,5 +1,6 @@
 // Rewrites of assignments, sequences, statements and calls.
 #include <cstring>
+#include <utility>
 
 #include "driver/options.h"
 #include "ir/ir.h"
@@ -168,4 +169,59 @@ NODE* simp_MEMCPY(NODE* t, LOOP*, CONTEXT*) { return t; }
 NODE* simp_EXPT(NODE* t, LOOP*, CONTEXT*) { return t; }
 NODE* simp_complexop(NODE* t, LOOP*, CONTEXT*) { return t; }
 
-NODE* bubble_term_to_top(NODE*, NODE* tree) { return tree; }
+namespace {
+
+bool is_chain_op(int op) { return op == PLUS || op == ORB || op == XORB || op == ANDB; }
+
+// A chain node whose operands may be exchanged with those of its parent:
+// integers of one width, where these operators work modulo 2^size.
+bool is_chain_link(const NODE* t, int op, const TYPE* type) {
+    return t && t->op == op && t->left && t->right && is_integer_type(t->type) &&
+           !is_bool(t->type) && same_wrapping_width(t->type, type);
+}
+
+} // namespace
+
+NODE* bubble_term_to_top(NODE* term, NODE* tree) {
+    if (!term || !tree || !tree->left || !tree->right)
+        return tree;
+    if (tree->op == MINUS && is_chain_link(tree, MINUS, tree->type)) {
+        // (a + x) - b is (a - b) + x.
+        tree->left = bubble_term_to_top(term, tree->left);
+        NODE* sum = tree->left;
+        if (!is_chain_link(sum, PLUS, tree->type) || !is_same_value(sum->right, term))
+            return tree;
+        tree->left = sum->left;
+        sum->left = simp_node(tree, nullptr, nullptr);
+        return sum;
+    }
+    if (!is_chain_op(tree->op) || !is_chain_link(tree, tree->op, tree->type))
+        return tree;
+    if (is_same_value(tree->left, term) || is_same_value(tree->right, term))
+        return tree;
+    // The term leaves the chain and the rest keeps its order: a chain and its
+    // reassociated form give one result.
+    for (NODE** slot = &tree->left; is_chain_link(*slot, tree->op, tree->type);
+         slot = &(*slot)->left) {
+        NODE* inner = *slot;
+        NODE* x = nullptr;
+        NODE* other = nullptr;
+        if (is_same_value(inner->right, term)) {
+            x = inner->right;
+            other = inner->left;
+        } else if (is_same_value(inner->left, term)) {
+            x = inner->left;
+            other = inner->right;
+        } else {
+            continue;
+        }
+        *slot = other;
+        inner->left = inner->right = nullptr;
+        erase_node(inner);
+        TYPE* type = tree->type;
+        const int op = tree->op;
+        LS* scope = tree->scope;
+        return maketree(op, simp_tree(tree, nullptr, nullptr), x, type, scope);
+    }
+    return tree;
+}

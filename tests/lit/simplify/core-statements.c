@@ -43,6 +43,16 @@ int update(int n) {
 // CHECK:         g += tick()
 // CHECK:         i = i + 1
 
+// The assigned variable comes to the top of its chain, so that the update
+// is one operator-assignment.
+void gather(int a, int b) {
+    g = a + g + b;
+    h = a + h - b;
+}
+// CHECK-LABEL: func gather(a: int, b: int) -> void {{.*}}
+// CHECK:         g += a + b
+// CHECK-NEXT:    h += a - b
+
 // A mask that keeps every bit the store keeps does nothing.
 unsigned char low_byte(int x) {
     unsigned char c;
@@ -90,6 +100,8 @@ int main(void) {
     chain();
     printf("%d %d\n", g, h);
     printf("%d %d\n", update(4), calls);
+    gather(5, 2);
+    printf("%d %d\n", g, h);
     printf("%d %d\n", low_byte(0x3ff), low_bits(0x3ff));
     printf("%d %d %d %d\n", tests(9, 1, 1), tests(-8, 2, 1), tests(0, 3, 3), tests(15, 0, 1));
     return 0;
@@ -98,5 +110,6 @@ int main(void) {
 // OUT-NEXT: 18
 // OUT-NEXT: 0 0
 // OUT-NEXT: 14 5
+// OUT-NEXT: 21 3
 // OUT-NEXT: 255 127
 // OUT-NEXT: 11 30 0 27
