@@ -19,10 +19,14 @@ bool is_plain_integer_target(const NODE* lhs) {
     return is_integer_type(lhs->type) && !is_bool(lhs->type) && !tree_is_bit_field(lhs);
 }
 
-// Whether every bit the target keeps is a bit the mask keeps.
-bool mask_keeps_target_bits(INT65 mask, const TYPE* target) {
-    const uint64_t bits = type_mask(target).bits();
-    return (mask.bits() & bits) == bits;
+// v & m where m keeps every bit that a plain store into lhs keeps: the store
+// alone gives the same bits.
+bool mask_is_redundant_for(const NODE* lhs, const NODE* v) {
+    if (v->op != ANDB || !is_icon(v->right) || !is_plain_integer_target(lhs) || !v->left ||
+        !is_integer_type(v->left->type) || v->left->type->size() < lhs->type->size())
+        return false;
+    const uint64_t bits = type_mask(lhs->type).bits();
+    return (icon_of(v->right).bits() & bits) == bits;
 }
 
 // A local automatic of the function, by name.
@@ -63,10 +67,7 @@ NODE* simp_ASG(NODE* t, LOOP* loop, CONTEXT* context) {
     }
     // A mask that keeps every bit the store keeps is redundant.
     NODE* rhs = t->right;
-    if (rhs->op == ANDB && is_icon(rhs->right) && is_plain_integer_target(lhs) &&
-        rhs->left && is_integer_type(rhs->left->type) &&
-        rhs->left->type->size() >= lhs->type->size() &&
-        mask_keeps_target_bits(icon_of(rhs->right), lhs->type)) {
+    if (mask_is_redundant_for(lhs, rhs)) {
         t->right = coerce_to_type(lhs->type->normalized(), replace_by_operand(rhs, rhs->left));
         rhs = t->right;
     }
@@ -120,10 +121,7 @@ NODE* simp_opASG(NODE* t, LOOP* loop, CONTEXT* context) {
         base == PLUS || base == MINUS || base == MULT || base == ANDB || base == ORB || base == XORB;
     // The low bits of the result come from the low bits of the operand only:
     // a mask or a truncation of the operand that keeps the target's bits goes.
-    if (low_bits_only && is_plain_integer_target(lhs) && rhs->op == ANDB && is_icon(rhs->right) &&
-        rhs->left && is_integer_type(rhs->left->type) &&
-        rhs->left->type->size() >= lhs->type->size() &&
-        mask_keeps_target_bits(icon_of(rhs->right), lhs->type)) {
+    if (low_bits_only && mask_is_redundant_for(lhs, rhs)) {
         TYPE* type = rhs->type;
         NODE* x = replace_by_operand(rhs, rhs->left);
         t->right = x->type == type ? x : coerce_to_type(type, x);
