@@ -742,7 +742,9 @@ void IF_CLIENT::cl_end_func(PSN* psn) {
     note_return_by_copy_constructor();
     currfuninfo->defined = true;
     cbranches_to_ifs();
-    seq_trees();
+    // A dump shows the statements as the file has them.
+    if (!client_reads_only)
+        seq_trees();
     buildcfg();
     if (client_reads_only)
         return;

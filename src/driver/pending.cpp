@@ -60,10 +60,6 @@ void mark_aliased_vector_and_complex_symbols(int, int) {
                     s->aliased = true;
 }
 
-// The statement list stays as the reader built it, last statement first,
-// which is the order the block builder expects.
-void seq_trees() {}
-
 BIF* find_BIF_descriptor(const char*) { return nullptr; }
 
 void do_DVE_unit_testing() {
@@ -101,6 +97,7 @@ void fold_ANDBASGs() {}
 void clean_up_assert_RELOPs() {}
 
 // Scalar optimizations.
+void propagate_global_constants(LIST*) {}
 void fast_CP(int, int) {}
 void copyprop(int) {}
 void combine_asgs_to_memory() {}

@@ -34,6 +34,27 @@ void reset_successors(BBLK* b) {
         e->bb->preds = add_edge(b, e->bb->preds, -1.0);
 }
 
+namespace {
+
+// What a dropped test did, as statements in front of the block's last one:
+// one statement for each part of a sequence, as the statement list has them.
+void insert_effects_before_last(NODE* effects, BBLK* b) {
+    if (effects->op == COMMAOP) {
+        NODE* first = effects->left;
+        NODE* rest = effects->right;
+        effects->left = effects->right = nullptr;
+        erase_node(effects);
+        if (first)
+            insert_effects_before_last(first, b);
+        if (rest)
+            insert_effects_before_last(rest, b);
+        return;
+    }
+    insert_stmt_before_stmt_in_bb(effects, last_stmt_cell(b), b);
+}
+
+} // namespace
+
 void make_branch(BBLK* b, BBLK* to, NODE* effects) {
     LIST* last = last_stmt_cell(b);
     NODE* old = last->tree;
@@ -41,7 +62,7 @@ void make_branch(BBLK* b, BBLK* to, NODE* effects) {
     drop_label_uses(old);
     erase_tree(old);
     if (NODE* rest = peel_for_effect(effects))
-        insert_stmt_before_stmt_in_bb(rest, last_stmt_cell(b), b);
+        insert_effects_before_last(rest, b);
 }
 
 namespace {

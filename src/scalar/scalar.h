@@ -2,6 +2,10 @@
 #pragma once
 
 struct SYMTAB;
+struct LIST;
+
+// Global variables known to hold one value replaced by it in the statements.
+void propagate_global_constants(LIST* stmts);
 
 void fast_CP(int rounds, int combine);
 void copyprop(int mode);

@@ -8,6 +8,7 @@ struct TYPE;
 struct BBLK;
 struct LOOP;
 struct CONTEXT;
+struct LIST;
 
 // Every simplifier entry edits the tree it is given, or frees it and returns
 // its replacement; whatever a rewrite drops is erased.
@@ -61,7 +62,18 @@ bool tree_is_bit_field(const NODE* t);
 
 void transform_DIVs_by_ICONs();
 void unsimplify();
+// Statement sequencing before the blocks are built: sequences and short
+// circuits with effects in their conditional part become statements, tests
+// and jumps.
 void seq_trees();
+// What of tree has an effect, as a statement behind cell.
+void promote_tree(NODE* tree, LIST* cell);
+// A copy of a structure without effects, member by member: a COMMAOP chain
+// of assignments, a COMMA list when keep_comma is set. Unchanged when the
+// copy cannot be split.
+NODE* convert_STASG_to_asgs(NODE* tree, int keep_comma);
+// Whether both arms of a ?: may be evaluated whatever the test.
+bool quest_colon_is_strict(NODE* quest, NODE* colon);
 void fold_ANDBASGs();
 void clean_up_assert_RELOPs();
 // Read-time rewrites of calls to builtins.

@@ -25,7 +25,8 @@ int left_const(int x) { return 7 * x; }
 // OPT-LABEL: func one(x: int) -> int {{.*}}
 // OPT:         return x
 // OPT-LABEL: func zero_call() -> int {{.*}}
-// OPT:         return f(), 0
+// OPT:         f()
+// OPT-NEXT:    return 0
 // OPT-LABEL: func minus_one(x: int) -> int {{.*}}
 // OPT:         return -x
 // OPT-LABEL: func all_ones(u: unsigned int) -> unsigned int {{.*}}

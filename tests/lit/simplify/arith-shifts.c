@@ -34,7 +34,8 @@ unsigned sll_sll_out(void) { return ((unsigned)f() << 20) << 20; }
 // OPT-LABEL: func sll_sll(u: unsigned int) -> unsigned int {{.*}}
 // OPT:         return u << 7
 // OPT-LABEL: func sll_sll_out() -> unsigned int {{.*}}
-// OPT:         return f(), 0u
+// OPT:         f()
+// OPT-NEXT:    return 0u
 
 unsigned mask(unsigned u) { return (u << 3) >> 3; }
 int sext(int i) { return (i << 24) >> 24; }

@@ -16,7 +16,8 @@ int tick(void) { return ++calls; }
 // The sequence's value is what the operator uses; the rest runs first.
 int seq_left(int y) { return (tick(), y) * y; }
 // CHECK-LABEL: func seq_left(y: int) -> int {{.*}}
-// CHECK:         return tick(), y * y
+// CHECK:         tick()
+// CHECK-NEXT:    return y * y
 
 // An assignment of a constant gives the constant to its user.
 int asg_value(int y) {
@@ -25,12 +26,14 @@ int asg_value(int y) {
     return r + x;
 }
 // CHECK-LABEL: func asg_value(y: int) -> int {{.*}}
-// CHECK:         x = 3, r = {{3 \* y|y \* 3}}
+// CHECK:         x = 3
+// CHECK-NEXT:    r = {{3 \* y|y \* 3}}
 
 // a = (b = 0) is b = 0, a = 0.
 void chain(void) { g = (h = 0); }
 // CHECK-LABEL: func chain() -> void {{.*}}
-// CHECK:         h = 0, g = 0
+// CHECK:         h = 0
+// CHECK-NEXT:    g = 0
 
 // A global updated from itself takes the operator-assignment form; a local
 // counter keeps the plain one, which loop rotation reads.
