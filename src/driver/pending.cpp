@@ -92,7 +92,6 @@ void erase_all() {}
 
 // The simplifier.
 void transform_DIVs_by_ICONs() {}
-void unsimplify() {}
 void fold_ANDBASGs() {}
 void clean_up_assert_RELOPs() {}
 

@@ -51,6 +51,27 @@ NODE* truncate_RHS_for_assignment(NODE* lhs, NODE* rhs, int) {
     return coerce_to_type(lhs->type, rhs);
 }
 
+namespace {
+
+// The low bits of x op= e come from the low bits of e only, for the
+// operators whose result bit k depends on operand bits up to k: a mask of e
+// that keeps the target's bits changes none of them and goes.
+void drop_operand_bits_the_target_ignores(NODE* t) {
+    NODE* lhs = t->left;
+    NODE* rhs = t->right;
+    const int base = op_of_opASG[t->op];
+    if (base != PLUS && base != MINUS && base != MULT && base != ANDB && base != ORB &&
+        base != XORB)
+        return;
+    if (mask_is_redundant_for(lhs, rhs)) {
+        TYPE* type = rhs->type;
+        NODE* x = replace_by_operand(rhs, rhs->left);
+        t->right = x->type == type ? x : coerce_to_type(type, x);
+    }
+}
+
+} // namespace
+
 NODE* simp_ASG(NODE* t, LOOP* loop, CONTEXT* context) {
     if (tree_is_arg_prolog(t) || !t->left || !t->right)
         return t;
@@ -100,8 +121,10 @@ NODE* simp_ASG(NODE* t, LOOP* loop, CONTEXT* context) {
     if (!tree_has_side_effects(lhs)) {
         t->right = bubble_term_to_top(lhs, t->right);
         t = ASG_to_opASG(t);
-        if (t->op != ASG)
+        if (t->op != ASG) {
+            drop_operand_bits_the_target_ignores(t);
             return t;
+        }
         rhs = t->right;
     }
     // x = x is nothing, unless the access itself is an effect.
@@ -116,16 +139,7 @@ NODE* simp_opASG(NODE* t, LOOP* loop, CONTEXT* context) {
     NODE* rhs = t->right;
     if (!lhs || !rhs)
         return t;
-    const int base = op_of_opASG[t->op];
-    const bool low_bits_only =
-        base == PLUS || base == MINUS || base == MULT || base == ANDB || base == ORB || base == XORB;
-    // The low bits of the result come from the low bits of the operand only:
-    // a mask or a truncation of the operand that keeps the target's bits goes.
-    if (low_bits_only && mask_is_redundant_for(lhs, rhs)) {
-        TYPE* type = rhs->type;
-        NODE* x = replace_by_operand(rhs, rhs->left);
-        t->right = x->type == type ? x : coerce_to_type(type, x);
-    }
+    drop_operand_bits_the_target_ignores(t);
     if (tree_has_side_effects(lhs))
         return t;
     t = opASG_to_ASG(t);

@@ -38,7 +38,10 @@ int sum_to(int n) {
 // OPT-NEXT: node LABEL [[EXIT:[0-9]+]]
 // OPT-NEXT: label [[BODY:[0-9]+]]
 // OPT-NEXT: statement
-// OPT-NEXT: node PLUSASG
+// OPT-NEXT: node ASG
+// OPT-NEXT: node NAME level2 [[S:[0-9]+]]
+// OPT-NEXT: node PLUS
+// OPT-NEXT: node NAME level2 [[S]]
 // OPT:      node PLUSPLUS
 // OPT:      node CBRANCH
 // OPT-NEXT: node GT

@@ -48,7 +48,7 @@ void add_down(int n) {
 // ADD-LABEL: func add_down(n: int) -> void {{.*}}
 // ADD:         if (n) goto [[BODY:bb[0-9]+]] else goto {{bb[0-9]+}}
 // ADD-NEXT:  [[BODY]]:  ; preds: bb1 [[BODY]]  succs: [[BODY]] {{bb[0-9]+}}
-// ADD-NEXT:    total += n
+// ADD-NEXT:    total = total + n
 // ADD-NEXT:    n = n + -1
 // ADD-NEXT:    comment("***\t; tail recursive call occurs here")
 // ADD-NEXT:    if (n) goto [[BODY]] else goto {{bb[0-9]+}}
