@@ -745,6 +745,11 @@ TEXT print(const NODE* t) {
             break;
         return {std::string(name ? name : "<builtin>") + argument_list(args), PREC_POSTFIX};
     }
+    case MEMCPY:
+        // The block copy memcpy becomes: its arguments as the call had them.
+        if (t->right)
+            break;
+        return {"MEMCPY" + argument_list(t->left), PREC_POSTFIX};
     case PLUSPLUS:
     case MINMIN: {
         const NODE* k = t->right;

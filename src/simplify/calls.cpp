@@ -18,9 +18,9 @@ const NODE* string_argument(const NODE* arg) {
 // The callee of a direct call of a library function that behaves as the
 // standard says: its name without the prefix, or null.
 const char* standard_callee(const NODE* t) {
-    if ((t->op != CALL && t->op != UCALL) || !t->left || t->left->op != NAME)
+    if (t->op != CALL && t->op != UCALL)
         return nullptr;
-    const SYMTAB* f = t->left->name_symbol();
+    const SYMTAB* f = get_callee_for_call(t);
     if (!f || !f->name || func_is_nonconforming(f))
         return nullptr;
     return skip_name_prefix(f->name);
@@ -43,6 +43,37 @@ NODE* fold_strlen(NODE* t) {
     c->scope = t->scope;
     erase_tree(t);
     return c;
+}
+
+bool is_pointer(const NODE* t) { return t && t->type && t->type->is_pointer(); }
+
+// memcpy(to, from, n) as the block copy MEMCPY(to, from, n), whose value is
+// to. Each argument keeps its value: an argument conversion becomes the
+// plain conversion it is.
+NODE* memcpy_to_MEMCPY(NODE* t) {
+    if (t->op != CALL || t->call_id != 0 || arg_list_count(t->right) != 3 || !is_pointer(t))
+        return t;
+    NODE* to = arg_list_lookup(t->right, 0);
+    NODE* from = arg_list_lookup(t->right, 1);
+    NODE* size = arg_list_lookup(t->right, 2);
+    if (!is_pointer(to) || !is_pointer(from) || !size || !is_integer_type(size->type))
+        return t;
+    const auto plain = [](NODE* arg) {
+        if (arg->op != ACONV)
+            return arg;
+        arg->op = arg->type->is_pointer() ? PCONV : SCONV;
+        return simp_node(arg, nullptr, nullptr);
+    };
+    // The list leans left: COMMA(COMMA(to, from), n).
+    NODE* args = t->right;
+    args->right = plain(args->right);
+    args->left->right = plain(args->left->right);
+    args->left->left = plain(args->left->left);
+    erase_tree(t->left);
+    t->op = MEMCPY;
+    t->left = args;
+    t->right = nullptr;
+    return t;
 }
 
 } // namespace
@@ -70,8 +101,10 @@ NODE* simp_call(NODE* t, LOOP* loop, CONTEXT* context) {
     const char* name = standard_callee(t);
     if (!name)
         return t;
-    // Copies and output stay calls: the block copy has no form the file
-    // carries, and a string argument is never a literal in our trees.
+    if (strcmp(name, "memcpy") == 0)
+        return memcpy_to_MEMCPY(t);
+    // The rewrites of strcpy, memmove and printf need a string literal as an
+    // operand, which our trees never hold: a literal is an object.
     if (strcmp(name, "strlen") == 0)
         return fold_strlen(t);
     return t;

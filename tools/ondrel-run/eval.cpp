@@ -532,6 +532,14 @@ uint64_t eval(XN* x) {
     case CALL:
     case UCALL:
         return eval_call(x);
+    case MEMCPY: {
+        count(x->op);
+        const uint32_t to = static_cast<uint32_t>(eval(x->args[0]));
+        const uint32_t from = static_cast<uint32_t>(eval(x->args[1]));
+        const uint32_t size = static_cast<uint32_t>(eval(x->args[2]));
+        machine->mem.copy(to, from, size);
+        return to;
+    }
     case NOP:
         count(x->op);
         return 0;

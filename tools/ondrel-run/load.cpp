@@ -699,6 +699,30 @@ XN* Loader::tr(NODE* n) {
         }
         return x;
     }
+    case MEMCPY: {
+        // MEMCPY(COMMA(COMMA(to, from), size)): memcpy's arguments, its value
+        // the destination.
+        if (!need(UNARY))
+            return nullptr;
+        const NODE* list = n->left;
+        if (list->op != COMMA || !list->right || !list->left || list->left->op != COMMA ||
+            !list->left->left || !list->left->right) {
+            refuse("a MEMCPY without its three operands");
+            return nullptr;
+        }
+        for (NODE* arg : {list->left->left, list->left->right, list->right}) {
+            XN* v = tr(arg);
+            if (!v)
+                return nullptr;
+            x->args.push_back(v);
+        }
+        if (x->args[0]->t.k != VK::Ptr || x->args[1]->t.k != VK::Ptr ||
+            x->args[2]->t.k != VK::Int) {
+            refuse("a MEMCPY of operands other than two pointers and a size");
+            return nullptr;
+        }
+        return x;
+    }
     case NOP:
         return x;
     default:
