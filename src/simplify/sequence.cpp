@@ -157,25 +157,12 @@ class Sequencer {
                 }
                 [[fallthrough]];
             case SWITCH:
-                if (t->left && t->left->op == COMMAOP) {
-                    NODE* seq = t->left;
-                    t->left = seq->right;
-                    statement(peel_for_effect(seq->left));
-                    seq->left = seq->right = nullptr;
-                    erase_node(seq);
-                    t->left = simp_tree(t->left, nullptr, nullptr);
+                if (hoist_sequence(t->left))
                     continue;
-                }
                 break;
             case RETURN:
-                if (t->right && t->right->op == COMMAOP) {
-                    NODE* seq = t->right;
-                    t->right = seq->right;
-                    statement(peel_for_effect(seq->left));
-                    seq->left = seq->right = nullptr;
-                    erase_node(seq);
+                if (hoist_sequence(t->right))
                     continue;
-                }
                 break;
             case ANDAND:
             case OROR:
@@ -198,6 +185,19 @@ class Sequencer {
     std::vector<std::pair<NODE*, PSN*>>& out;
     PSN* psn;
     int copies = 0;
+
+    // A sequence as the value a statement uses: what comes before the value
+    // goes ahead as statements of its own.
+    bool hoist_sequence(NODE*& value) {
+        if (!value || value->op != COMMAOP)
+            return false;
+        NODE* seq = value;
+        value = seq->right;
+        statement(peel_for_effect(seq->left));
+        seq->left = seq->right = nullptr;
+        erase_node(seq);
+        return true;
+    }
 
     void emit(NODE* t) {
         if (t)
