@@ -12,6 +12,7 @@
 // either that part or the condition must be free of effects. Where neither
 // holds, or the statement is too large to copy, the statement stays as it is:
 // the trees keep their meaning, they are only less straight.
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -114,6 +115,14 @@ NODE** find_first_expandable(NODE** slot, Search& s) {
         return found;
     s.path.pop_back();
     return nullptr;
+}
+
+// The two arms of a ?:, its COLON freed.
+std::pair<NODE*, NODE*> take_arms(NODE* colon) {
+    std::pair<NODE*, NODE*> arms{colon->left, colon->right};
+    colon->left = colon->right = nullptr;
+    erase_node(colon);
+    return arms;
 }
 
 NODE** follow(NODE** slot, const std::vector<bool>& path) {
@@ -237,10 +246,7 @@ class Sequencer {
             break;
         default: {
             LBL* other = new_label();
-            NODE* x = right->left;
-            NODE* y = right->right;
-            right->left = right->right = nullptr;
-            erase_node(right);
+            auto [x, y] = take_arms(right);
             emit_test(left, mid->number, other->number, scope);
             emit_label(mid);
             emit_test(x, yes, no, scope);
@@ -267,10 +273,7 @@ class Sequencer {
         LBL* then = new_label();
         if (op == QUEST) {
             LBL* other = new_label();
-            NODE* x = right->left;
-            NODE* y = right->right;
-            right->left = right->right = nullptr;
-            erase_node(right);
+            auto [x, y] = take_arms(right);
             emit_test(test, then->number, other->number, scope);
             emit_label(then);
             statement(peel_for_effect(x));
@@ -323,10 +326,7 @@ class Sequencer {
             no = coerce_to_type(type, make_boolean(right, nullptr, nullptr));
             break;
         default:
-            yes = right->left;
-            no = right->right;
-            right->left = right->right = nullptr;
-            erase_node(right);
+            std::tie(yes, no) = take_arms(right);
             if (yes->type != type && type->is_scalar())
                 yes = coerce_to_type(type, yes);
             if (no->type != type && type->is_scalar())
