@@ -22,6 +22,7 @@
 #include "loopnest/loopnest.h"
 #include "md/md.h"
 #include "scalar/scalar.h"
+#include "scalar/scalar_internal.h"
 #include "simplify/simp_internal.h"
 #include "simplify/simplify.h"
 #include "ssa/ssa.h"
@@ -114,13 +115,25 @@ void clean_up_gdflow_bitvecs() {}
 void straighten_cond_paths() {}
 void init_reg_defs() {}
 void allocate_regs() {}
-// A symbol named in the exception table must be kept.
-bool sym_appears_in_EHT(SYMTAB*) { return true; }
 void revert_strict_ternary_ICALLs_to_CFG() {}
 void restructure_strict_ternary_ICALLs_from_CFG() {}
 void remove_unused_locals() {}
 
 // Memory disambiguation.
+// Without points-to facts any two accesses through memory may overlap. Only
+// what needs no analysis is known apart: two different named objects, and a
+// local whose address nobody takes against anything but its own name.
+bool lvalues_may_alias(const NODE* a, const NODE* b) {
+    if (!a || !b)
+        return true;
+    if (a->op == NAME && b->op == NAME)
+        return a->sym == b->sym;
+    if (a->op == NAME && is_tracked_scalar(a->name_symbol()))
+        return false;
+    if (b->op == NAME && is_tracked_scalar(b->name_symbol()))
+        return false;
+    return true;
+}
 void init_dd_aliasing() {}
 void clean_up_alias_analysis_bitvecs_etc() {}
 void reset_alias_info() {}

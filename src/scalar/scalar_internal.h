@@ -1,0 +1,55 @@
+// What the scalar passes share: which variables they may reason about by
+// name, and the reads and writes of a statement in the order they happen.
+#pragma once
+#include <functional>
+
+struct NODE;
+struct SYMTAB;
+struct LIST;
+struct BBLK;
+
+// A local of the current function that is not volatile, whose address is
+// never taken and whose type is a scalar: only statements that name it read
+// or write it. Valid after mark_address_taken_locals.
+bool is_tracked_scalar(const SYMTAB* s);
+// A local of the current function (not static, not a file-level symbol).
+bool is_local_symbol(const SYMTAB* s);
+// Recomputes the "aliased" mark of the current function's locals from the
+// statements: a local is aliased when some UAND takes its address.
+void mark_address_taken_locals();
+
+// One read or write of a statement. Events come in the order the statement
+// runs them: an assignment's value before its target, an operator-assignment's
+// old value before its operand, a call's arguments before the call.
+struct SCALAR_REF {
+    enum kind_t {
+        USE,    // a NAME read for its value
+        DEF,    // a NAME written: `node` is the assigning node
+        STORE,  // memory written through an address, or by a block copy
+        LOAD,   // memory read through an address or a member access
+        CALL,   // a call, inline assembly or anything else that may do anything
+        ESCAPE, // the address of a NAME is taken
+    } kind;
+    NODE* node;
+    SYMTAB* sym; // for USE, DEF and ESCAPE
+    // Under the part of &&, || or ?: that may not run.
+    bool conditional;
+    // A DEF that also reads the old value (x op= e, ++x, --x).
+    bool update;
+};
+using REF_VISITOR = std::function<void(const SCALAR_REF&)>;
+void walk_statement_refs(NODE* stmt, const REF_VISITOR& visit);
+
+// Walks the tree counting NAME reads and writes of one symbol.
+bool tree_defines_symbol(NODE* t, const SYMTAB* s);
+bool tree_uses_symbol(NODE* t, const SYMTAB* s);
+// Whether some memory write or call happens in the tree.
+bool tree_writes_memory(NODE* t);
+
+// A COMMAOP statement becomes one statement per part, in place in the list;
+// parts without an effect go. Returns the list's new head.
+LIST* flatten_statement_sequences(LIST* stmts);
+
+// Whether two lvalues may name overlapping storage (the answer of the alias
+// analysis where it exists, "may" otherwise).
+bool lvalues_may_alias(const NODE* a, const NODE* b);
