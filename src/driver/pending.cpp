@@ -98,9 +98,7 @@ void clean_up_assert_RELOPs() {}
 
 // Scalar optimizations.
 void propagate_global_constants(LIST*) {}
-void fast_CP(int, int) {}
 void copyprop(int) {}
-void combine_asgs_to_memory() {}
 void elim_dead_assigns(bool, bool) {}
 void lva_cleanup() {}
 void lcse() {}
@@ -172,7 +170,6 @@ void init_proc_integration() {}
 void dump_FUNINFO(FUNINFO*, FILE*) {}
 void dump_function_header() {}
 void dump_psnrefs() {}
-void clear_FUNINFO_maps(FUNINFO*) {}
 bool is_system_function(const char*) { return false; }
 
 // Machine description.

@@ -10,6 +10,8 @@ void propagate_global_constants(LIST* stmts);
 void fast_CP(int rounds, int combine);
 void copyprop(int mode);
 void combine_asgs_to_memory();
+// Neighbouring assignments to one target in a statement list, joined.
+void combine_assignments(LIST* stmts);
 void elim_dead_assigns(bool delay, bool may_rebuild);
 void lva_cleanup();
 void lcse();

@@ -426,3 +426,8 @@ void seq_trees() {
         list = mkelist(tree, list, psn);
     currfuninfo->stmts = list;
 }
+
+bool tree_has_expandable_short_circuit(const NODE* t) {
+    return t && (is_expandable(t) || tree_has_expandable_short_circuit(t->left) ||
+                 tree_has_expandable_short_circuit(t->right));
+}

@@ -66,6 +66,12 @@ void unsimplify();
 // circuits with effects in their conditional part become statements, tests
 // and jumps.
 void seq_trees();
+// A short circuit whose conditional part has an effect. seq_trees leaves one
+// inside a statement where splitting the statement would change its order of
+// evaluation or make it too large; a pass that makes such a statement smaller
+// or more constant would turn the choice around on the next run, so the
+// propagation passes leave these statements as they are.
+bool tree_has_expandable_short_circuit(const NODE* t);
 // What of tree has an effect, as a statement behind cell.
 void promote_tree(NODE* tree, LIST* cell);
 // A copy of a structure without effects, member by member: a COMMAOP chain

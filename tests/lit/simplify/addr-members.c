@@ -51,11 +51,10 @@ int packed_member(struct tight *t) { return (t + 1)->word; }
 // O1:         return (*(t + 5)).word
 
 // (&x)->f is x.f; *&x is x.
-int through_address(void) {
-    int x = 7;
+int through_address(int x) {
     return (&table[0])->c + *&x;
 }
-// O1-LABEL: func through_address() -> int {{.*}}
+// O1-LABEL: func through_address(x: int) -> int {{.*}}
 // O1:         return {{.*}}table{{.*}}.c + x
 
 // Addresses of members, from -O2 on.
@@ -74,7 +73,7 @@ int main(void) {
     table[0].c = 40;
     shared[1].c = 9;
     printf("%d %d %u %d %d %d\n", fields_at_offsets(local), plain_member(local), bit_field(local),
-           volatile_member(shared), packed_member(packed), through_address());
+           volatile_member(shared), packed_member(packed), through_address(7));
     printf("%d %d %d\n", *member_address(local + 1), global_member() == &table[2].c,
            (int)((char *)constant_member() - (char *)0));
     return 0;
