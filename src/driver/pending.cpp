@@ -98,7 +98,6 @@ void clean_up_assert_RELOPs() {}
 
 // Scalar optimizations.
 void propagate_global_constants(LIST*) {}
-void copyprop(int) {}
 void elim_dead_assigns(bool, bool) {}
 void lva_cleanup() {}
 void lcse() {}
