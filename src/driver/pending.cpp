@@ -103,7 +103,6 @@ void copyprop(int) {}
 void combine_asgs_to_memory() {}
 void elim_dead_assigns(bool, bool) {}
 void lva_cleanup() {}
-void lcse() {}
 void lcse_subrange_assignments() {}
 void elim_dead_subrange_assigns() {}
 void promote_all_embedded_assignments() {}
