@@ -100,7 +100,6 @@ void clean_up_assert_RELOPs() {}
 void propagate_global_constants(LIST*) {}
 void elim_dead_assigns(bool, bool) {}
 void lva_cleanup() {}
-void lcse() {}
 void lcse_subrange_assignments() {}
 void elim_dead_subrange_assigns() {}
 void promote_all_embedded_assignments() {}

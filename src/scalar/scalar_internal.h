@@ -7,6 +7,7 @@ struct NODE;
 struct SYMTAB;
 struct LIST;
 struct BBLK;
+struct TYPE;
 
 // A local of the current function that is not volatile, whose address is
 // never taken and whose type is a scalar: only statements that name it read
@@ -53,3 +54,21 @@ LIST* flatten_statement_sequences(LIST* stmts);
 // Whether two lvalues may name overlapping storage (the answer of the alias
 // analysis where it exists, "may" otherwise).
 bool lvalues_may_alias(const NODE* a, const NODE* b);
+
+// Local common subexpressions. A first evaluation that is reused is wrapped
+// in CSE_ORIG, each reuse is a CSE_DUPE whose right side is the first
+// evaluation's tree; lcse resolves both before it returns.
+// The tree that a marked tree stands for: the marks looked through.
+NODE* skip_dupes(NODE* t);
+// A copy with every mark replaced by the tree it stands for.
+NODE* copy_tree_without_dupes(NODE* t);
+// Whether the tree is a pure value worth computing once: no leaf, a scalar,
+// nothing with an effect. With `for_value` clear the tree is an object in
+// an lvalue position, which is no value to share.
+bool good_CSE_tree(NODE* t, bool for_value);
+// A tracked local: one that will likely live in a register.
+bool is_likely_register(NODE* t);
+// Brings the pointer sums of an owned tree to base + index + constant form,
+// so that addresses a constant apart share their variable part; `ptr_type`
+// is the type of the root.
+NODE* normalize_ptr_for_indexing(NODE* t, TYPE* ptr_type);
