@@ -101,12 +101,9 @@ void propagate_global_constants(LIST*) {}
 void fast_CP(int, int) {}
 void copyprop(int) {}
 void combine_asgs_to_memory() {}
-void elim_dead_assigns(bool, bool) {}
-void lva_cleanup() {}
 void lcse() {}
 void lcse_subrange_assignments() {}
 void elim_dead_subrange_assigns() {}
-void promote_all_embedded_assignments() {}
 void propagate_increments() {}
 void convert_sti_to_cinit() {}
 void annotate_cfg() {}

@@ -53,3 +53,11 @@ LIST* flatten_statement_sequences(LIST* stmts);
 // Whether two lvalues may name overlapping storage (the answer of the alias
 // analysis where it exists, "may" otherwise).
 bool lvalues_may_alias(const NODE* a, const NODE* b);
+
+// What find_live_variables found, until lva_cleanup: the number of
+// candidates, a symbol's number (-1 for none), and whether it is live on
+// entry to or exit from a block (always, for a symbol that is no candidate).
+int lva_candidate_count();
+int lva_candidate_number(const SYMTAB* s);
+bool lva_live_in(const BBLK* b, const SYMTAB* s);
+bool lva_live_out(const BBLK* b, const SYMTAB* s);
