@@ -98,11 +98,8 @@ void clean_up_assert_RELOPs() {}
 
 // Scalar optimizations.
 void propagate_global_constants(LIST*) {}
-void elim_dead_assigns(bool, bool) {}
-void lva_cleanup() {}
 void lcse_subrange_assignments() {}
 void elim_dead_subrange_assigns() {}
-void promote_all_embedded_assignments() {}
 void propagate_increments() {}
 void convert_sti_to_cinit() {}
 void annotate_cfg() {}

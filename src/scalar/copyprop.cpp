@@ -19,10 +19,6 @@
 #include "scalar/scalar_internal.h"
 #include "simplify/simplify.h"
 
-bool resimplify_statement(LIST* cell);
-bool substitute_values(LIST* cell, const std::unordered_map<const SYMTAB*, NODE*>& values);
-void drop_empty_statements(BBLK* b);
-
 namespace {
 
 // A value that is the same wherever it is evaluated.
@@ -200,7 +196,8 @@ bool propagate_in_blocks(const VALUE_TABLE& global, int& changes) {
                 if (r.kind == SCALAR_REF::DEF)
                     available.kill(r.sym);
             });
-            SYMTAB* x = plain_assigned_variable(t);
+            // The body reads parameters through their copies only.
+            SYMTAB* x = tree_is_arg_prolog(t) ? nullptr : plain_assigned_variable(t);
             if (!x || global.map().count(x))
                 continue;
             const NODE* v = t->right;

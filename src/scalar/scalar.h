@@ -3,6 +3,8 @@
 
 struct SYMTAB;
 struct LIST;
+struct BBLK;
+struct LOOP;
 
 // Global variables known to hold one value replaced by it in the statements.
 void propagate_global_constants(LIST* stmts);
@@ -12,8 +14,19 @@ void copyprop(int mode);
 void combine_asgs_to_memory();
 // Neighbouring assignments to one target in a statement list, joined.
 void combine_assignments(LIST* stmts);
-void elim_dead_assigns(bool delay, bool may_rebuild);
+// Live variables at the block boundaries of the current function, until
+// lva_cleanup. Candidates are the locals only statements can reach.
+void find_live_variables(int mode, bool arrays_too);
 void lva_cleanup();
+// Removes the stores to candidates that no path reads, keeping what their
+// values do; with delay, sinks assignments toward their first reader.
+void elim_dead_assigns(bool delay, bool may_rebuild);
+// The same inside one block, knowing nothing of what follows it; true when
+// a statement changed.
+bool elim_locally_dead_assignments_in_bb(BBLK* bb, LOOP* loop);
+// An assignment nested in a statement becomes a statement of its own in
+// front of it, where that changes nothing the program can see.
+void promote_embedded_assignments_in_bb(BBLK* bb);
 void lcse();
 void lcse_subrange_assignments();
 void elim_dead_subrange_assigns();

@@ -2,6 +2,7 @@
 // name, and the reads and writes of a statement in the order they happen.
 #pragma once
 #include <functional>
+#include <unordered_map>
 
 struct NODE;
 struct SYMTAB;
@@ -51,6 +52,14 @@ bool tree_writes_memory(NODE* t);
 // parts without an effect go. Returns the list's new head.
 LIST* flatten_statement_sequences(LIST* stmts);
 
+// The propagation passes' common steps: the map's values put for their
+// symbols' reads in one statement (true when it changed); the statement
+// simplified again, what has no effect dropped (true when a test became
+// decided); a block's statements flattened, emptied cells dropped.
+bool substitute_values(LIST* cell, const std::unordered_map<const SYMTAB*, NODE*>& values);
+bool resimplify_statement(LIST* cell);
+void drop_empty_statements(BBLK* b);
+
 // Whether two lvalues may name overlapping storage (the answer of the alias
 // analysis where it exists, "may" otherwise).
 bool lvalues_may_alias(const NODE* a, const NODE* b);
@@ -72,3 +81,11 @@ bool is_likely_register(NODE* t);
 // so that addresses a constant apart share their variable part; `ptr_type`
 // is the type of the root.
 NODE* normalize_ptr_for_indexing(NODE* t, TYPE* ptr_type);
+
+// What find_live_variables found, until lva_cleanup: the number of
+// candidates, a symbol's number (-1 for none), and whether it is live on
+// entry to or exit from a block (always, for a symbol that is no candidate).
+int lva_candidate_count();
+int lva_candidate_number(const SYMTAB* s);
+bool lva_live_in(const BBLK* b, const SYMTAB* s);
+bool lva_live_out(const BBLK* b, const SYMTAB* s);

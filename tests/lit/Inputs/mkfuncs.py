@@ -4,7 +4,8 @@ one local and one statement "x = 1", independently of the project's writer.
 
 Usage: mkfuncs.py OUT [--branch]
 
-With --branch, f2 is "x = 1; if (x) goto L5; x = 2; L5: x = 3;" instead.
+With --branch, f2 is "g = 1; if (g) goto L5; g = 2; L5: g = 3;" instead, g a
+global int: stores to memory stay, so the jump does too.
 """
 import struct
 import sys
@@ -52,11 +53,11 @@ def function(index, line):
 
 
 def function_with_branch(index, line):
-    """x = 1; if (x) goto L5; x = 2; L5: x = 3;"""
+    """g = 1; if (g) goto L5; g = 2; L5: g = 3;"""
+    g = uleb(0) + uleb(2)
     def set_x(v):
-        return record(46, psn(line)) + node(58, INT) + node(2, INT, uleb(2) + uleb(0)) + node(4, INT, sleb(v))
-    test = (record(46, psn(line)) + node(109, 0) + node(2, INT, uleb(2) + uleb(0)) +
-            node(1, 0, uleb(5)))
+        return record(46, psn(line)) + node(58, INT) + node(2, INT, g) + node(4, INT, sleb(v))
+    test = record(46, psn(line)) + node(109, 0) + node(2, INT, g) + node(1, 0, uleb(5))
     return (record(1, psn(line) + uleb(index)) + record(5, psn(line)) +
             symbol("x", 32, 1, INT) + record(6, psn(line)) +
             set_x(1) + test + set_x(2) + record(42, uleb(5)) + set_x(3) + record(2, psn(line + 9)))
@@ -68,7 +69,10 @@ def main():
              type_rec(FUNC, 254, bytes([0])) + type_rec(FUNC, 255, bytes([0])))
     names = record(126, cstr("two.c"))
     globals_ = symbol("f1", 0, 2, FUNC) + symbol("f2", 0, 2, FUNC)
-    second = function_with_branch if "--branch" in sys.argv[2:] else function
+    branch = "--branch" in sys.argv[2:]
+    if branch:
+        globals_ += symbol("g", 32, 2, INT)
+    second = function_with_branch if branch else function
     stream = function(0, 1) + second(1, 10) + b"\xff"
 
     def header(offsets):

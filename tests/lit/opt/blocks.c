@@ -99,13 +99,14 @@ int sign(int x) {
 // OPT-NEXT: node LABEL [[THEN:[0-9]+]]
 // OPT-NEXT: label [[ELSE]]
 // OPT-NEXT: statement
-// OPT-NEXT: node ASG
+// OPT-NEXT: node CALL
+// OPT:      node RETURN
 // OPT-NEXT: node NAME
 // OPT-NEXT: node ICON 1
-// OPT:      node RETURN
-// OPT:      label [[THEN]]
+// OPT-NEXT: label [[THEN]]
 // OPT-NEXT: statement
-// OPT-NEXT: node ASG
+// OPT-NEXT: node CALL
+// OPT:      node RETURN
 // OPT-NEXT: node NAME
 // OPT-NEXT: node ICON -1
 // OPT:      node RETURN

@@ -21,12 +21,11 @@ int seq_left(int y) { return (tick(), y) * y; }
 
 // An assignment of a constant gives the constant to its user.
 int asg_value(int y) {
-    int x;
-    int r = (x = 3) * y;
-    return r + x;
+    int r = (h = 3) * y;
+    return r + h;
 }
 // CHECK-LABEL: func asg_value(y: int) -> int {{.*}}
-// CHECK:         x = 3
+// CHECK:         h = 3
 // CHECK-NEXT:    r = {{3 \* y|y \* 3}}
 
 // a = (b = 0) is b = 0, a = 0.
@@ -63,7 +62,7 @@ unsigned char low_byte(int x) {
     return c;
 }
 // CHECK-LABEL: func low_byte(x: int) -> unsigned char {{.*}}
-// CHECK:         c = (unsigned char)x
+// CHECK:         return (unsigned char)x
 
 // A mask of fewer bits stays.
 unsigned char low_bits(int x) {
