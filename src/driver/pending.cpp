@@ -97,7 +97,6 @@ void fold_ANDBASGs() {}
 void clean_up_assert_RELOPs() {}
 
 // Scalar optimizations.
-void propagate_global_constants(LIST*) {}
 void lcse_subrange_assignments() {}
 void elim_dead_subrange_assigns() {}
 void propagate_increments() {}
