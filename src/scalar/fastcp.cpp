@@ -187,6 +187,49 @@ void log_tree(const char* format, const SYMTAB* s, const NODE* t) {
         dprintf(format, s->name, stmt2infix(t).c_str());
 }
 
+// Whether the block continues the straight line of the one before it: its
+// only predecessor, which has no other successor. What held at the end of
+// that block holds at the start of this one.
+bool continues_straight_line(const BBLK* b) {
+    return b->prev && b->prev->next == b && b->preds && !b->preds->next &&
+           b->preds->bb == b->prev && b->prev->succs && !b->prev->succs->next;
+}
+
+// x = c again in a straight line where x still holds c: the second goes.
+// Counts the statements removed.
+int drop_repeated_assignments() {
+    int dropped = 0;
+    std::unordered_map<const SYMTAB*, const NODE*> holds;
+    for (BBLK* b = currfuninfo->bb_list; b; b = b->next) {
+        if (!continues_straight_line(b))
+            holds.clear();
+        for (LIST* cell = b->statements; cell; cell = cell->next) {
+            NODE* t = cell->tree;
+            if (!t || tree_is_arg_prolog(t))
+                continue;
+            const bool plain = t->op == ASG && t->left && t->left->op == NAME &&
+                               is_tracked_scalar(t->left->name_symbol()) && t->right &&
+                               (t->right->op == ICON || t->right->op == FCON);
+            if (plain) {
+                auto it = holds.find(t->left->name_symbol());
+                if (it != holds.end() && trees_are_congruent(it->second, t->right, 0)) {
+                    cell->tree = erase_tree(t);
+                    ++dropped;
+                    continue;
+                }
+            }
+            walk_statement_refs(t, [&](const SCALAR_REF& r) {
+                if (r.kind == SCALAR_REF::DEF)
+                    holds.erase(r.sym);
+            });
+            if (plain)
+                holds[t->left->name_symbol()] = t->right;
+        }
+        drop_empty_statements(b);
+    }
+    return dropped;
+}
+
 // One round of counting, choosing and substituting. Returns whether the
 // control flow changed, and counts the statements changed.
 bool fast_CP_round(int& substitutions) {
@@ -264,6 +307,7 @@ bool fast_CP_round(int& substitutions) {
         snmap.set_value(s, value);
         values[s] = snmap.value(s, false);
     }
+    substitutions += drop_repeated_assignments();
     if (values.empty())
         return false;
 

@@ -155,6 +155,22 @@ static int volatiles(int n) {
     return t + u + local;
 }
 
+/* The same constant again, where the variable may or may not still hold it. */
+static int repeated(int *p, int n) {
+    int x = 3;
+    p[0] = x;
+    x = 3;
+    p[1] = x;
+    x = 4;
+    p[2] = x;
+    x = 3;
+    if (n > 1)
+        x = n;
+    x = 3 + (n > 5);
+    p[3] = x;
+    return x;
+}
+
 static long long wide(long long a) {
     long long x = 0x123456789LL;
     long long y = x;
@@ -185,5 +201,9 @@ int main(void) {
     printf("params = %d %d\n", params(2, 1), params(-3, 5));
     printf("volatiles = %d %d\n", volatiles(4), tick);
     printf("wide = %lld\n", wide(5));
+    for (int n = 0; n < 8; n += 3) {
+        int r = repeated(arr, n);
+        printf("repeated(%d) = %d %d %d %d %d\n", n, r, arr[0], arr[1], arr[2], arr[3]);
+    }
     return 0;
 }
