@@ -23,21 +23,8 @@ namespace {
 
 // A value that is the same wherever it is evaluated.
 bool is_constant_value(const NODE* t) {
-    if (!t)
-        return false;
-    switch (t->op) {
-    case ICON:
-    case FCON:
-    case LCON:
-        return true;
-    case UAND:
-        return t->left && t->left->op == NAME;
-    case SCONV:
-    case PCONV:
-        return is_constant_value(t->left);
-    default:
-        return false;
-    }
+    static const std::unordered_set<const SYMTAB*> none;
+    return value_is_function_invariant(t, none);
 }
 
 // x = v as a statement of its own, x a tracked local: the variable, or null.

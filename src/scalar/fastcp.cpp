@@ -47,9 +47,6 @@ bool is_statement_operator(int op) {
 
 } // namespace
 
-// Shared with copyprop: whether a value is the same wherever and whenever it
-// is evaluated in the function. `invariant` holds the locals whose only
-// assignment is the argument prolog.
 bool value_is_function_invariant(const NODE* t, const std::unordered_set<const SYMTAB*>& invariant) {
     if (!t)
         return false;

@@ -3,6 +3,7 @@
 #pragma once
 #include <functional>
 #include <unordered_map>
+#include <unordered_set>
 
 struct NODE;
 struct SYMTAB;
@@ -56,6 +57,10 @@ LIST* flatten_statement_sequences(LIST* stmts);
 // symbols' reads in one statement (true when it changed); the statement
 // simplified again, what has no effect dropped (true when a test became
 // decided); a block's statements flattened, emptied cells dropped.
+// Whether a value is the same wherever and whenever the function evaluates
+// it: constants, addresses of named objects, const objects of the file, and
+// the locals in `invariant` (those only the argument prolog assigns).
+bool value_is_function_invariant(const NODE* t, const std::unordered_set<const SYMTAB*>& invariant);
 bool substitute_values(LIST* cell, const std::unordered_map<const SYMTAB*, NODE*>& values);
 bool resimplify_statement(LIST* cell);
 void drop_empty_statements(BBLK* b);

@@ -38,14 +38,12 @@ FUNCTION_MAPS& maps_of(FUNINFO* f) {
 
 } // namespace
 
-NODE* SNMAP::value(SYMTAB* sym, bool copy) const {
+NODE* SYMBOL_TREE_MAP::find(const SYMTAB* sym) const {
     auto it = find_entry(entries, sym);
-    if (it == entries.end())
-        return nullptr;
-    return copy ? copy_tree(it->second, true) : it->second;
+    return it == entries.end() ? nullptr : it->second;
 }
 
-void SNMAP::set_value(SYMTAB* sym, NODE* tree) {
+void SYMBOL_TREE_MAP::set(SYMTAB* sym, NODE* tree) {
     auto it = find_entry(entries, sym);
     if (it != entries.end()) {
         erase_tree(it->second);
@@ -55,7 +53,7 @@ void SNMAP::set_value(SYMTAB* sym, NODE* tree) {
     entries.emplace_back(sym, tree);
 }
 
-void SNMAP::remove(SYMTAB* sym) {
+void SYMBOL_TREE_MAP::remove(SYMTAB* sym) {
     auto it = find_entry(entries, sym);
     if (it == entries.end())
         return;
@@ -63,10 +61,15 @@ void SNMAP::remove(SYMTAB* sym) {
     entries.erase(it);
 }
 
-void SNMAP::clear() {
+void SYMBOL_TREE_MAP::clear() {
     for (auto& e : entries)
         erase_tree(e.second);
     entries.clear();
+}
+
+NODE* SNMAP::value(SYMTAB* sym, bool copy) const {
+    NODE* v = find(sym);
+    return v && copy ? copy_tree(v, true) : v;
 }
 
 void SNMAP::print(FILE* out) const {
@@ -80,29 +83,6 @@ void SNMAP::print(FILE* out) const {
         fprintf(out, "\t%s", e.first->name);
         fprintf(out, " --> %s\n", stmt2infix(e.second).c_str());
     }
-}
-
-bool SPMAP::is_bound(const SYMTAB* sym) const { return find_entry(entries, sym) != entries.end(); }
-
-NODE* SPMAP::pointee(const SYMTAB* sym) const {
-    auto it = find_entry(entries, sym);
-    return it == entries.end() ? nullptr : it->second;
-}
-
-void SPMAP::set_pointee(SYMTAB* sym, NODE* tree) {
-    auto it = find_entry(entries, sym);
-    if (it != entries.end()) {
-        erase_tree(it->second);
-        it->second = tree;
-        return;
-    }
-    entries.emplace_back(sym, tree);
-}
-
-void SPMAP::clear() {
-    for (auto& e : entries)
-        erase_tree(e.second);
-    entries.clear();
 }
 
 SNMAP& function_snmap(FUNINFO* f) { return maps_of(f).values; }

@@ -9,41 +9,41 @@ struct SYMTAB;
 struct NODE;
 struct FUNINFO;
 
-// Owns its value trees.
-class SNMAP {
+// Symbols with a tree each, in the order they were entered, so that a print
+// is stable. Owns the trees.
+class SYMBOL_TREE_MAP {
   public:
-    SNMAP() = default;
-    SNMAP(const SNMAP&) = delete;
-    SNMAP& operator=(const SNMAP&) = delete;
-    ~SNMAP() { clear(); }
-    // The value of sym or null; with `copy` a fresh copy the caller owns.
-    NODE* value(SYMTAB* sym, bool copy) const;
-    // Takes the tree; a previous value is freed.
-    void set_value(SYMTAB* sym, NODE* tree);
+    SYMBOL_TREE_MAP() = default;
+    SYMBOL_TREE_MAP(const SYMBOL_TREE_MAP&) = delete;
+    SYMBOL_TREE_MAP& operator=(const SYMBOL_TREE_MAP&) = delete;
+    ~SYMBOL_TREE_MAP() { clear(); }
+    // The tree of sym or null.
+    NODE* find(const SYMTAB* sym) const;
+    // Takes the tree; a previous one is freed.
+    void set(SYMTAB* sym, NODE* tree);
     void remove(SYMTAB* sym);
     void clear();
     bool empty() const { return entries.empty(); }
-    void print(FILE* out) const;
 
-  private:
-    // In the order entries were made, so that the print is stable.
+  protected:
     std::vector<std::pair<SYMTAB*, NODE*>> entries;
 };
 
-// A pointer symbol's single pointee expression.
-class SPMAP {
+// The constant value of a symbol.
+class SNMAP : public SYMBOL_TREE_MAP {
   public:
-    SPMAP() = default;
-    SPMAP(const SPMAP&) = delete;
-    SPMAP& operator=(const SPMAP&) = delete;
-    ~SPMAP() { clear(); }
-    bool is_bound(const SYMTAB* sym) const;
-    NODE* pointee(const SYMTAB* sym) const;
-    void set_pointee(SYMTAB* sym, NODE* tree);
-    void clear();
+    // The value of sym or null; with `copy` a fresh copy the caller owns.
+    NODE* value(SYMTAB* sym, bool copy) const;
+    void set_value(SYMTAB* sym, NODE* tree) { set(sym, tree); }
+    void print(FILE* out) const;
+};
 
-  private:
-    std::vector<std::pair<SYMTAB*, NODE*>> entries;
+// A pointer symbol's single pointee expression.
+class SPMAP : public SYMBOL_TREE_MAP {
+  public:
+    bool is_bound(const SYMTAB* sym) const { return find(sym) != nullptr; }
+    NODE* pointee(const SYMTAB* sym) const { return find(sym); }
+    void set_pointee(SYMTAB* sym, NODE* tree) { set(sym, tree); }
 };
 
 // The maps of a function, made on first use.
